@@ -1,0 +1,55 @@
+#pragma once
+#include <QDate>
+#include <QSqlDatabase>
+#include <QString>
+
+namespace zol {
+
+// The one data file ZOL.db in the data folder. A session holds an OS lock on
+// the file for as long as it runs; a second session is refused with fault 3045.
+class Database {
+public:
+    static QString fileName() { return QStringLiteral("ZOL.db"); }
+    // The data folder: the --data argument, else $ZOL_DATA, else the per-user data location.
+    static QString resolveDataDir(const QString &fromCommandLine = {});
+
+    explicit Database(const QString &dataDir);
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+
+    QString dataDir() const { return m_dir; }
+    QString filePath() const;
+    bool fileExists() const;
+
+    // Takes the exclusive lock on an existing data file. Faults: 3024 the file
+    // is missing, 3045 another session holds it, 3051 it can't be opened for writing.
+    void lock();
+    bool isLocked() const { return m_lockFd >= 0; }
+
+    // Opens the connection (the lock must be held) and checks that the file is
+    // a data file of this program (fault 3343 otherwise).
+    void open();
+    // Makes a new data file with schema and seed rows; refuses a file that exists.
+    // Leaves the file locked and open.
+    void create(const QString &adminName, const QString &adminPassword);
+    void close();
+    bool isOpen() const;
+
+    QSqlDatabase connection() const;
+
+    // The monthly copy ZOL_yyyyMM.db beside the data file, for the month of `today`.
+    QString monthlyCopyPath(const QDate &today) const;
+    // Makes the monthly copy if it does not exist yet: a consistent copy of the
+    // open file, never overwriting. Returns true when a copy was made.
+    bool makeMonthlyCopy(const QDate &today);
+
+private:
+    void applyPragmas();
+
+    QString m_dir;
+    QString m_connectionName;
+    int m_lockFd = -1;
+};
+
+}

@@ -1,0 +1,56 @@
+#pragma once
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariantList>
+
+namespace zol {
+
+class Fault;
+
+// Runs a statement with bound values; a failure becomes a Fault (a unique key
+// that exists already becomes fault 3022, a missing table 3078).
+QSqlQuery exec(const QSqlDatabase &db, const QString &sql, const QVariantList &values = {});
+
+// Prepares a statement once for many executions; run() binds and executes.
+class Statement {
+public:
+    Statement(const QSqlDatabase &db, const QString &sql);
+    QSqlQuery &run(const QVariantList &values = {});
+    QSqlQuery &query() { return m_query; }
+
+private:
+    QSqlQuery m_query;
+    QString m_sql;
+};
+
+// The first column of the first row, or an invalid QVariant.
+QVariant scalar(const QSqlDatabase &db, const QString &sql, const QVariantList &values = {});
+
+Fault faultFromSqlError(const QString &driverText, const QString &nativeCode, const QString &sql);
+
+// A table or field name quoted for SQL text (names come from the schema, never from users).
+QString ident(const QString &name);
+
+// Turns the legacy wildcards (* any text, ? one character) into a LIKE pattern
+// with '\' as escape, so %, _ and \ typed by the user stay plain text.
+// Use as: "... LIKE ? ESCAPE '\\'".
+QString likePattern(const QString &legacyPattern);
+
+// One unit of work: commit() makes it stick, leaving the scope without it
+// rolls everything back. Units nest (savepoints), so a routine that is one
+// transaction on its own can be part of a larger one.
+class Transaction {
+public:
+    explicit Transaction(const QSqlDatabase &db);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    void commit();
+
+private:
+    QSqlDatabase m_db;
+    QString m_name;
+    bool m_open = true;
+};
+
+}

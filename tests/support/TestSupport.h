@@ -1,0 +1,30 @@
+#pragma once
+#include "zol/core/Database.h"
+#include <QTemporaryDir>
+#include <memory>
+
+namespace zoltest {
+
+// A data folder of its own with a new data file (seeded, admin "Admin" with
+// password "admin") and a settings file of its own, so no test touches the
+// user's data or another test's.
+class TempData {
+public:
+    explicit TempData(bool create = true);
+    ~TempData();
+    QString dir() const { return m_dir.path(); }
+    zol::Database &db() { return *m_db; }
+    QSqlDatabase sql() { return m_db->connection(); }
+    // Closes and forgets the data file (lock released), e.g. to reopen it.
+    void closeDatabase();
+    void reopen();
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<zol::Database> m_db;
+};
+
+// Number of rows of a table, optionally with a WHERE clause and bound values.
+int countRows(const QSqlDatabase &db, const QString &table, const QString &where = {}, const QVariantList &values = {});
+
+}
