@@ -1,0 +1,31 @@
+#pragma once
+#include <QDialog>
+#include <memory>
+
+namespace zol {
+class Session;
+}
+namespace Ui {
+class frmLogin;
+}
+
+// The login window: finds the user, counts failed tries, fills the login
+// object of the session. Its result: accepted when the login succeeded.
+class frmLogin : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmLogin(zol::Session &session, QWidget *parent = nullptr);
+    ~frmLogin() override;
+
+    // Shows the window modally; true when the user is logged in.
+    bool zeig();
+
+    void reject() override;
+
+private:
+    void cmdOK_Click();
+
+    zol::Session &m_session;
+    std::unique_ptr<Ui::frmLogin> ui;
+};
