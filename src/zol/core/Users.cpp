@@ -63,6 +63,15 @@ std::optional<QString> askWerkerTrade(const AskTrade &askTrade)
 }
 
 // The form written to Level: the combo text, for a Werker with his trade.
+// A row without a role would lock its user out without a word.
+bool levelChosen(const QString &level)
+{
+    if (levelChoices().contains(level))
+        return true;
+    ZeigeMeldung(QStringLiteral("Bitte wählen Sie einen Status aus"), Style::Exclamation);
+    return false;
+}
+
 std::optional<QString> storedLevel(const QString &level, const AskTrade &askTrade)
 {
     if (level != Role::Werker)
@@ -206,6 +215,8 @@ UserEdit newUser(Session &session, const QString &name, const QString &password,
         ZeigeMeldung(msgNameEmpty, Style::Exclamation);
         return r;
     }
+    if (!levelChosen(level))
+        return r;
     try {
         for (const UserRow &row : listUsers(session.db())) {
             if (row.Name.toUpper() == name.toUpper()) {
@@ -235,6 +246,8 @@ UserEdit updateUser(Session &session, const QString &selectedName, const QString
         ZeigeMeldung(msgNameEmpty, Style::Exclamation);
         return r;
     }
+    if (!levelChosen(level))
+        return r;
     Login &login = session.login();
     try {
         const std::optional<StoredUser> row = findUser(session.db(), selectedName);

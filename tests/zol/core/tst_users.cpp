@@ -174,8 +174,10 @@ private Q_SLOTS:
         ScriptedPresenter p;
         QVERIFY(!newUser(s, QStringLiteral("  "), QString(), QStringLiteral("Master"), {}).written);
         QVERIFY(!newUser(s, QStringLiteral("ADMIN"), QString(), QStringLiteral("Master"), {}).written);
+        QVERIFY(!newUser(s, QStringLiteral("Ohne"), QString(), QString(), {}).written);
         QCOMPARE(p.texts(), (QStringList{QStringLiteral("Bitte Namen eintragen"),
-                                         QStringLiteral("Dieser Benutzer existiert schon. Bitte benutzen Sie einen anderen Namen!")}));
+                                         QStringLiteral("Dieser Benutzer existiert schon. Bitte benutzen Sie einen anderen Namen!"),
+                                         QStringLiteral("Bitte wählen Sie einen Status aus")}));
         QCOMPARE(countRows(d.sql(), QStringLiteral("User")), 1);
 
         p.clear();
