@@ -261,6 +261,28 @@ std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString 
     return candidate;
 }
 
+ListImage listImageOf(const Node &node)
+{
+    if (node.isInstallation())
+        return ListImage::Installation;
+    return node.inStandards() ? ListImage::StandardComponent : ListImage::PlantComponent;
+}
+
+QStringList listSubItems(const Node &node, const OptionState &options)
+{
+    QStringList out;
+    for (int index : options.gSpaltenIndex)
+        out << (index >= 1 && index <= options.gSpaltenFeld.size() ? node.value(options.gSpaltenFeld.at(index - 1)) : QString());
+    return out;
+}
+
+QString mainCaption(const QString &fullPath, bool minimized)
+{
+    return minimized ? QStringLiteral("'ZOL'") : QStringLiteral("'ZOL' - ") + fullPath;
+}
+
+QString listTitle(const QString &nodeText) { return QStringLiteral("Inhalt von: '") + nodeText + QLatin1Char('\''); }
+
 bool isStandardKey(const QSqlDatabase &db, const QString &key)
 {
     if (key == RootProtok)

@@ -72,6 +72,16 @@ bool ExistsInTree(const QSqlDatabase &db, const QString &key, const QString &nam
 // size. Nothing when no free name can be formed that way.
 std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString &folderKey, const QString &text);
 
+// How the list shows an entry.
+enum class ListImage { Installation, PlantComponent, StandardComponent };
+ListImage listImageOf(const Node &node);
+// The sub-items of a list entry: one per displayed column of the options, in
+// display order, each the value of that column's field.
+QStringList listSubItems(const Node &node, const OptionState &options);
+// The main window's caption for the selected node, and the title over the list.
+QString mainCaption(const QString &fullPath, bool minimized);
+QString listTitle(const QString &nodeText);
+
 // ---------------------------------------------------------------------------
 // Rights on a record.
 

@@ -481,12 +481,20 @@ private Q_SLOTS:
         QCOMPARE(countRows(p.db(), "Erfassung"), 1);
     }
 
-    void selectionHelpers()
+    void folderList()
     {
-        const QStringList shown{"a", "b", "c"};
-        QCOMPARE(SelectAllEntries(shown), shown);
-        QCOMPARE(InvertSelection(shown, {"b"}), (QStringList{"a", "c"}));
-        QCOMPARE(InvertSelection(shown, shown), QStringList{});
+        Plant p;
+        p.add("Aggregat", p.key["Halle"], "F", "0", "A-9");
+        p.add("Zentrale", p.key["Halle"], "O", "0");
+        p.add("", p.key["Halle"], "F", "0");   // nameless rows are not shown
+        QCOMPARE(p.namesIn(p.key["Halle"]), (QStringList{"Keller", "Zentrale", "Aggregat", "Motor", "Pumpe"}));
+        const QList<Node> list = LoadListView(p.db(), p.key["Halle"]);
+        OptionState o;
+        o.gSpaltenFeld = QStringList{"Kostenstelle", "IdentNr", "BezugsJahr", "BezugsWoche", "Klassifizierung", "Standort",
+                                     "Lokalisierung", "Hersteller"};
+        o.gSpaltenIndex = {8, 2};
+        QCOMPARE(listSubItems(list.at(2), o), (QStringList{"KSB", "A-9"}));
+        QCOMPARE(listSubItems(list.at(3), o), (QStringList{"KSB", ""}));
     }
 };
 
