@@ -574,11 +574,15 @@ PasteResult Explorer::PasteEntries(const ExplorerSelection &sel, ExplorerBuffer 
         return result;
     }
     const QString target = sel.treeKey;
-    if (target.isEmpty()) {
+    const QSqlDatabase db = m_session.db();
+    // Only the top nodes and installations take entries; a node gone meanwhile is no target.
+    if (target.isEmpty()
+        || (!ExplorerTree::isRootKey(target)
+            && scalar(db, QStringLiteral("SELECT FileTyp FROM ProtokollKopf WHERE FileIndex = ?"), {target}).toString()
+                != FileTypOrdner)) {
         ZeigeMeldung(QStringLiteral("Bitte wählen Sie vorher einen Ordner aus"), Style::Exclamation);
         return result;
     }
-    const QSqlDatabase db = m_session.db();
     StatusScope status(onStatus, QStringLiteral("Füge Daten ein"));
     try {
         if (standardCheckRefuses(m_session.login(), db, target)) {
@@ -640,6 +644,27 @@ PasteResult Explorer::PasteEntries(const ExplorerSelection &sel, ExplorerBuffer 
         result = {};
     }
     return result;
+}
+
+Explorer::Refreshed Explorer::RefreshAll(const QString &notedKey)
+{
+    StatusScope status(onStatus, QStringLiteral("Aktualisiere alle Einträge"));
+    Refreshed r;
+    r.tree = LoadTree(m_session.db());
+    r.select = keyAfterRefresh(r.tree, notedKey);
+    return r;
+}
+
+QStringList Explorer::selectAll(const QStringList &shownKeys)
+{
+    StatusScope status(onStatus, QStringLiteral("Kennzeichne alle Einträge"));
+    return SelectAllEntries(shownKeys);
+}
+
+QStringList Explorer::invertSelection(const QStringList &shownKeys, const QStringList &selected)
+{
+    StatusScope status(onStatus, QStringLiteral("Kehre Auswahl um"));
+    return InvertSelection(shownKeys, selected);
 }
 
 // ---------------------------------------------------------------------------

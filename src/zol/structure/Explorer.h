@@ -151,6 +151,17 @@ public:
     // Inserts the buffer into the selected tree node.
     PasteResult PasteEntries(const ExplorerSelection &sel, ExplorerBuffer &buffer);
 
+    // Reload of the tree; `select` is the node to select again (the noted one,
+    // or the first top node when it is gone). The window then reloads the list.
+    struct Refreshed {
+        ExplorerTree tree;
+        QString select;
+    };
+    Refreshed RefreshAll(const QString &notedKey);
+    // "Alles markieren" and "Auswahl umkehren": the keys to be selected.
+    QStringList selectAll(const QStringList &shownKeys);
+    QStringList invertSelection(const QStringList &shownKeys, const QStringList &selected);
+
 private:
     void fillBuffer(const ExplorerSelection &sel, ExplorerBuffer &buffer, bool cut);
     std::optional<Node> newEntry(const ExplorerSelection &sel, bool folder);

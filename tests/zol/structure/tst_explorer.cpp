@@ -206,6 +206,8 @@ private Q_SLOTS:
         Plant p;
         ScriptedPresenter msgs;
         ExplorerBuffer buffer;
+        QStringList status;
+        p.explorer.onStatus = [&](const QString &t) { status << t; };
         p.explorer.CopyToBuffer(p.inList(p.key["Halle"], {p.key["Pumpe"]}), buffer);
         for (const QString &expected : {QStringLiteral("Pumpe(1)"), QStringLiteral("Pumpe(2)")}) {
             const PasteResult r = p.explorer.PasteEntries(p.inList(p.key["Halle"]), buffer);
@@ -220,6 +222,7 @@ private Q_SLOTS:
         }
         QCOMPARE(countRows(p.db(), QStringLiteral("Erfassung")), 2);
         QVERIFY(msgs.shown().isEmpty());
+        QCOMPARE(status, (QStringList{"Kopiere Daten", "", "Füge Daten ein", "", "Füge Daten ein", ""}));
     }
 
     void cutThenPasteTwice()
@@ -337,7 +340,11 @@ private Q_SLOTS:
         QVERIFY(!p.explorer.PasteEntries(ExplorerSelection{}, buffer).changed);
         buffer.keys = {p.key["Motor"]};
         QVERIFY(!p.explorer.PasteEntries(ExplorerSelection{}, buffer).changed);
-        QCOMPARE(msgs.texts().mid(2), (QStringList{"Der Zwischenspeicher ist leer", "Bitte wählen Sie vorher einen Ordner aus"}));
+        // A component is no folder to paste into.
+        QVERIFY(!p.explorer.PasteEntries(p.inTree(p.key["Pumpe"]), buffer).changed);
+        QCOMPARE(msgs.texts().mid(2), (QStringList{"Der Zwischenspeicher ist leer", "Bitte wählen Sie vorher einen Ordner aus",
+                                                   "Bitte wählen Sie vorher einen Ordner aus"}));
+        QCOMPARE(p.namesIn(p.key["Pumpe"]), QStringList{});
     }
 
     void nameSuffixAtFullLength_data()
