@@ -326,11 +326,13 @@ std::optional<Node> Explorer::newEntry(const ExplorerSelection &sel, bool folder
         return std::nullopt;
     }
     try {
-        // Without a shown folder a new installation hangs at "ROOT", as a plant folder would.
-        if (!isPrivileged(m_session.login())
-            && (tag.isEmpty() ? m_session.login().Level == QLatin1String("Auswerter")
-                        || m_session.login().Level == QLatin1String("Werker")
-                              : standardCheckRefuses(m_session.login(), db, tag))) {
+        // Without a shown folder a new installation hangs at "ROOT" with Katalog "0",
+        // so only the role decides there.
+        const Login &login = m_session.login();
+        const bool refused = tag.isEmpty()
+            ? !isPrivileged(login) && (login.Level == QLatin1String("Auswerter") || login.Level == QLatin1String("Werker"))
+            : standardCheckRefuses(login, db, tag);
+        if (refused) {
             ZeigeMeldung(tag.isEmpty() ? QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren")
                                        : editRefusal(db, tag),
                          Style::Exclamation);
