@@ -1,0 +1,693 @@
+#include "Explorer.h"
+#include "zol/core/Fault.h"
+#include "zol/core/Messages.h"
+#include "zol/core/RecordKeys.h"
+#include "zol/core/Schema.h"
+#include "zol/core/Sql.h"
+#include "zol/instructions/Positions.h"
+
+namespace zol {
+
+namespace {
+
+const QString kTable = QStringLiteral("ProtokollKopf");
+
+// The status line shows what runs, and is cleared when it ends however it ends.
+class StatusScope {
+public:
+    StatusScope(const std::function<void(const QString &)> &sink, const QString &text) : m_sink(sink)
+    {
+        if (m_sink)
+            m_sink(text);
+    }
+    ~StatusScope()
+    {
+        if (m_sink)
+            m_sink(QString());
+    }
+
+private:
+    const std::function<void(const QString &)> &m_sink;
+};
+
+QString rootText(const QString &key) { return key == RootKatalo ? gStrStandards : gStrWIRundgang; }
+
+Node nodeFromQuery(const QSqlQuery &q)
+{
+    Node n;
+    const QStringList &names = Node::fieldNames();
+    for (int i = 0; i < names.size(); ++i)
+        n.setValue(names.at(i), q.value(i).toString());
+    return n;
+}
+
+// Names compare as UCase compares them: umlauts too, which SQLite's NOCASE doesn't fold.
+QString fold(const QString &name) { return name.toUpper(); }
+
+QSet<QString> shownNamesOf(const QSqlDatabase &db, const QString &folderKey)
+{
+    QSet<QString> names;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp IN ('O','F')"),
+                       {folderKey});
+    while (q.next()) {
+        const QString t = q.value(0).toString();
+        if (!t.isEmpty())
+            names.insert(fold(t));
+    }
+    return names;
+}
+
+bool isPrivileged(const Login &login)
+{
+    return login.Level == QLatin1String("Administrator") || login.Level == QLatin1String("Master");
+}
+
+QString editRefusal(const QSqlDatabase &db, const QString &key)
+{
+    return isStandardKey(db, key) ? QStringLiteral("Sie sind nicht berechtigt, Standards zu editieren")
+                                  : QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren");
+}
+
+// True when `ancestor` lies on the way from `key` up to the top (key itself excluded).
+bool isBelow(const QSqlDatabase &db, const QString &key, const QString &ancestor)
+{
+    Statement up(db, QStringLiteral("SELECT FileAbove FROM ProtokollKopf WHERE FileIndex = ?"));
+    QSet<QString> seen{key};
+    QString k = key;
+    for (;;) {
+        QSqlQuery &q = up.run({k});
+        if (!q.next())
+            return false;
+        k = q.value(0).toString();
+        q.finish();
+        if (k == ancestor)
+            return true;
+        if (seen.contains(k))
+            return false;
+        seen.insert(k);
+    }
+}
+
+// The subtree of a key (the key included), each row once even in a damaged
+// chain that runs in a circle.
+const char *const kSubtree =
+    "WITH RECURSIVE sub(k) AS (SELECT ? UNION SELECT p.FileIndex FROM ProtokollKopf p JOIN sub ON p.FileAbove = sub.k) ";
+
+}   // namespace
+
+// ---------------------------------------------------------------------------
+
+QString ExplorerTree::text(const QString &key) const
+{
+    if (isRootKey(key))
+        return rootText(key);
+    return m_nodes.value(key).Text;
+}
+
+QString ExplorerTree::fullPath(const QString &key) const
+{
+    QStringList parts;
+    QSet<QString> seen;
+    QString k = key;
+    while (!k.isEmpty() && !seen.contains(k)) {
+        seen.insert(k);
+        if (isRootKey(k)) {
+            parts.prepend(rootText(k));
+            break;
+        }
+        const auto it = m_nodes.constFind(k);
+        if (it == m_nodes.constEnd())
+            break;
+        parts.prepend(it->Text);
+        k = it->FileAbove;
+    }
+    return parts.join(QLatin1Char('\\'));
+}
+
+QStringList ExplorerTree::keysInOrder() const
+{
+    QStringList out;
+    std::function<void(const QString &)> walk = [&](const QString &k) {
+        for (const TreeNode &c : m_children.value(k))
+            if (m_nodes.contains(c.FileIndex)) {
+                out << c.FileIndex;
+                walk(c.FileIndex);
+            }
+    };
+    walk(RootProtok);
+    walk(RootKatalo);
+    return out;
+}
+
+ExplorerTree LoadTree(const QSqlDatabase &db)
+{
+    ExplorerTree tree;
+    QHash<QString, QList<TreeNode>> all;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM ProtokollKopf WHERE FileTyp = 'O' ORDER BY Text"));
+    while (q.next()) {
+        TreeNode n{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
+        all[n.FileAbove].append(n);
+    }
+    // Only what hangs below the two top nodes is in the tree.
+    QList<QString> todo{RootProtok, RootKatalo};
+    while (!todo.isEmpty()) {
+        const QString k = todo.takeLast();
+        const auto it = all.constFind(k);
+        if (it == all.constEnd())
+            continue;
+        QList<TreeNode> kids;
+        for (const TreeNode &c : *it) {
+            if (tree.m_nodes.contains(c.FileIndex) || ExplorerTree::isRootKey(c.FileIndex))
+                continue;
+            tree.m_nodes.insert(c.FileIndex, c);
+            kids << c;
+            todo << c.FileIndex;
+        }
+        tree.m_children.insert(k, kids);
+    }
+    return tree;
+}
+
+QList<TreeNode> LoadTreeSub(const QSqlDatabase &db, const QString &parentKey)
+{
+    QList<TreeNode> out;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM ProtokollKopf "
+                                          "WHERE FileAbove = ? AND FileTyp = 'O' ORDER BY Text"),
+                       {parentKey});
+    while (q.next())
+        out << TreeNode{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
+    return out;
+}
+
+QList<Node> LoadListView(const QSqlDatabase &db, const QString &folderKey)
+{
+    QList<Node> out;
+    Statement st(db, QStringLiteral("SELECT * FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp = ? ORDER BY Text"));
+    for (const QString &typ : {FileTypOrdner, FileTypFile}) {
+        QSqlQuery &q = st.run({folderKey, typ});
+        while (q.next()) {
+            Node n = nodeFromQuery(q);
+            if (!n.Text.isEmpty())
+                out << n;
+        }
+        q.finish();
+    }
+    return out;
+}
+
+QString FullPath(const QSqlDatabase &db, const QString &key)
+{
+    Statement up(db, QStringLiteral("SELECT FileAbove, Text FROM ProtokollKopf WHERE FileIndex = ?"));
+    QStringList parts;
+    QSet<QString> seen;
+    QString k = key;
+    while (!k.isEmpty() && !seen.contains(k)) {
+        seen.insert(k);
+        if (ExplorerTree::isRootKey(k)) {
+            parts.prepend(rootText(k));
+            break;
+        }
+        QSqlQuery &q = up.run({k});
+        if (!q.next())
+            break;
+        parts.prepend(q.value(1).toString());
+        k = q.value(0).toString();
+        q.finish();
+    }
+    return parts.join(QLatin1Char('\\'));
+}
+
+bool ExistsInList(const QSqlDatabase &db, const QString &folderKey, const QString &name)
+{
+    if (folderKey.isEmpty())
+        return false;
+    return shownNamesOf(db, folderKey).contains(fold(name));
+}
+
+bool ExistsInTree(const QSqlDatabase &db, const QString &key, const QString &name)
+{
+    if (key.isEmpty())
+        return false;
+    if (ExplorerTree::isRootKey(key))
+        return fold(name) == fold(gStrWIRundgang) || fold(name) == fold(gStrStandards);
+    const QVariant above = scalar(db, QStringLiteral("SELECT FileAbove FROM ProtokollKopf WHERE FileIndex = ?"), {key});
+    if (!above.isValid())
+        return false;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp = 'O'"),
+                       {above.toString()});
+    while (q.next())
+        if (fold(q.value(0).toString()) == fold(name))
+            return true;
+    return false;
+}
+
+std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString &folderKey, const QString &text)
+{
+    const int size = Schema::Size(kTable, QStringLiteral("Text"));
+    const QSet<QString> taken = shownNamesOf(db, folderKey);
+    QString candidate = text;
+    bool cut = false;
+    // Each number gives a new name until the forms outgrow the field; from then
+    // on every form is the same cut name, so a taken one ends the search.
+    for (int n = 1; taken.contains(fold(candidate)); ++n) {
+        if (cut)
+            return std::nullopt;
+        candidate = text + QLatin1Char('(') + QString::number(n) + QLatin1Char(')');
+        if (candidate.size() > size) {
+            candidate = text.left(size);
+            cut = true;
+        }
+    }
+    return candidate;
+}
+
+ListImage listImageOf(const Node &node)
+{
+    if (node.isInstallation())
+        return ListImage::Installation;
+    return node.inStandards() ? ListImage::StandardComponent : ListImage::PlantComponent;
+}
+
+QStringList listSubItems(const Node &node, const OptionState &options)
+{
+    QStringList out;
+    for (int index : options.gSpaltenIndex)
+        out << (index >= 1 && index <= options.gSpaltenFeld.size() ? node.value(options.gSpaltenFeld.at(index - 1)) : QString());
+    return out;
+}
+
+QString mainCaption(const QString &fullPath, bool minimized)
+{
+    return minimized ? QStringLiteral("'ZOL'") : QStringLiteral("'ZOL' - ") + fullPath;
+}
+
+QString listTitle(const QString &nodeText) { return QStringLiteral("Inhalt von: '") + nodeText + QLatin1Char('\''); }
+
+bool isStandardKey(const QSqlDatabase &db, const QString &key)
+{
+    if (key == RootProtok)
+        return false;
+    if (key == RootKatalo)
+        return true;
+    return IsStandard(db, key);
+}
+
+bool standardCheckRefuses(const Login &login, const QSqlDatabase &db, const QString &key)
+{
+    if (isPrivileged(login))
+        return false;
+    return isStandardKey(db, key) || login.Level == QLatin1String("Auswerter")
+        || login.Level == QLatin1String("Werker");
+}
+
+// ---------------------------------------------------------------------------
+
+ExplorerTree Explorer::loadTree()
+{
+    StatusScope status(onStatus, QStringLiteral("Lade Verzeichnis-Einträge"));
+    return LoadTree(m_session.db());
+}
+
+QList<Node> Explorer::loadListView(const QString &folderKey)
+{
+    StatusScope status(onStatus, QStringLiteral("Lade Verzeichnis-Einträge neu"));
+    return LoadListView(m_session.db(), folderKey);
+}
+
+std::optional<Node> Explorer::NeuerFile(const ExplorerSelection &sel) { return newEntry(sel, false); }
+std::optional<Node> Explorer::NeuerOrdner(const ExplorerSelection &sel) { return newEntry(sel, true); }
+
+std::optional<Node> Explorer::newEntry(const ExplorerSelection &sel, bool folder)
+{
+    const QSqlDatabase db = m_session.db();
+    const QString &tag = sel.listFolder;
+    if (!folder && tag.isEmpty()) {
+        ZeigeMeldung(QStringLiteral("Bitte erst einen Ordner auswählen"), Style::Exclamation);
+        return std::nullopt;
+    }
+    try {
+        // Without a shown folder a new installation hangs at "ROOT" with Katalog "0",
+        // so only the role decides there.
+        const Login &login = m_session.login();
+        const bool refused = tag.isEmpty()
+            ? !isPrivileged(login) && (login.Level == QLatin1String("Auswerter") || login.Level == QLatin1String("Werker"))
+            : standardCheckRefuses(login, db, tag);
+        if (refused) {
+            ZeigeMeldung(tag.isEmpty() ? QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren")
+                                       : editRefusal(db, tag),
+                         Style::Exclamation);
+            return std::nullopt;
+        }
+        const QString base = folder ? QStringLiteral("Ordner") : QStringLiteral("File");
+        auto exists = [&](const QString &name) {
+            if (folder && !sel.listHasFocus)
+                return ExistsInTree(db, sel.treeKey, name);
+            return ExistsInList(db, tag, name);
+        };
+        QString name = base;
+        for (int n = 1; exists(name); ++n)
+            name = base + QLatin1Char('(') + QString::number(n) + QLatin1Char(')');
+
+        StatusScope status(onStatus, folder ? QStringLiteral("Erstelle neuen Ordner-Eintrag")
+                                            : QStringLiteral("Erstelle neuen File-Eintrag"));
+        Transaction tx(db);
+        Node n;
+        n.FileIndex = NeuerFileIndex(db, kTable);
+        n.FileAbove = tag.isEmpty() ? QStringLiteral("ROOT") : tag;
+        n.FileTyp = folder ? FileTypOrdner : FileTypFile;
+        n.Text = name;
+        const QString pathOf = sel.treeKey.isEmpty() ? tag : sel.treeKey;
+        n.Katalog = katalogForPath(pathOf.isEmpty() ? QString() : FullPath(db, pathOf));
+        saveNode(db, n);
+        tx.commit();
+        return n;
+    } catch (const Fault &f) {
+        ZeigeFehler(f, folder ? QStringLiteral("Kann keine neue Technische Einrichtung anlegen")
+                              : QStringLiteral("Kann keine neue Komponente anlegen"));
+        return std::nullopt;
+    }
+}
+
+bool Explorer::RenameEntry(const ExplorerSelection &sel, const QString &key, QString &name)
+{
+    const QSqlDatabase db = m_session.db();
+    if (key.isEmpty() || ExplorerTree::isRootKey(key))
+        return true;
+    if (name.isEmpty()) {
+        ZeigeMeldung(QStringLiteral("Benennungen müssen mindestens 1 Zeichen lang sein"), Style::Exclamation);
+        return true;
+    }
+    try {
+        const std::optional<Node> node = loadNode(db, key);
+        // The test doesn't spare the entry itself: a change of case alone is refused.
+        const bool exists = sel.listHasFocus ? ExistsInList(db, node ? node->FileAbove : sel.listFolder, name)
+                                             : ExistsInTree(db, key, name);
+        if (exists) {
+            ZeigeMeldung(QStringLiteral("Diese Bezeichnung existiert in diesem Verzeichnis schon"), Style::Exclamation);
+            return true;
+        }
+        if (standardCheckRefuses(m_session.login(), db, key)) {
+            ZeigeMeldung(editRefusal(db, key), Style::Exclamation);
+            return true;
+        }
+        StatusScope status(onStatus, QStringLiteral("Trage neuen Namen ein"));
+        if (!node)
+            return false;
+        const int size = Schema::Size(kTable, QStringLiteral("Text"));
+        if (name.size() > size) {
+            ZeigeMeldung(QStringLiteral("Benennungen dürfen höchstens ") + QString::number(size)
+                             + QStringLiteral(" Zeichen lang sein"),
+                         Style::Exclamation);
+            name = name.left(size);
+        }
+        exec(db, QStringLiteral("UPDATE ProtokollKopf SET Text = ? WHERE FileIndex = ?"), {name, key});
+        return false;
+    } catch (const Fault &f) {
+        ZeigeFehler(f, QStringLiteral("Kann Umbenennung nicht durchführen"));
+        return true;
+    }
+}
+
+void DeleteSubtree(const QSqlDatabase &db, const QString &key)
+{
+    Transaction tx(db);
+    const QString sub = QString::fromLatin1(kSubtree);
+    // Repair orders go by number; the numbers must be read before their rows go.
+    exec(db, sub + QStringLiteral("DELETE FROM Erfassung WHERE IdentNr IN (SELECT p.IdentNr FROM ProtokollKopf p "
+                                  "JOIN sub ON p.FileIndex = sub.k WHERE p.IdentNr <> '')"),
+         {key});
+    exec(db, sub + QStringLiteral("DELETE FROM ProtokollPositionen WHERE TeNummer IN (SELECT k FROM sub)"), {key});
+    exec(db, sub + QStringLiteral("DELETE FROM Auftrag WHERE TeIndex IN (SELECT k FROM sub)"), {key});
+    exec(db, sub + QStringLiteral("DELETE FROM ProtokollKopf WHERE FileIndex IN (SELECT k FROM sub)"), {key});
+    tx.commit();
+}
+
+DeleteResult Explorer::DeleteEntries(const ExplorerSelection &sel, bool silent)
+{
+    DeleteResult result;
+    if (!silent
+        && ZeigeMeldung(QStringLiteral("Wollen Sie die gekennzeichneten Einträge jetzt wirklich löschen?"), Style::YesNo)
+            != Answer::Yes)
+        return result;
+    StatusScope status(onStatus, QStringLiteral("Lösche gekennzeichnete Einträge"));
+    const QSqlDatabase db = m_session.db();
+    QString current;
+    try {
+        Transaction tx(db);
+        if (sel.listHasFocus) {
+            for (int i = int(sel.listSelected.size()) - 1; i >= 0; --i) {
+                current = sel.listSelected.at(i);
+                const std::optional<Node> node = loadNode(db, current);
+                if (!node)
+                    continue;
+                if (standardCheckRefuses(m_session.login(), db, current)) {
+                    ZeigeMeldung(QStringLiteral("'") + node->Text + QStringLiteral("' ist ein Standard.")
+                                     + QStringLiteral(" ") + QStringLiteral("Sie sind nicht berechtigt, diesen zu löschen."),
+                                 Style::Exclamation);
+                    continue;
+                }
+                DeleteSubtree(db, current);
+                result.deleted << current;
+            }
+        } else if (!sel.treeKey.isEmpty() && !ExplorerTree::isRootKey(sel.treeKey)) {
+            current = sel.treeKey;
+            // In the tree a refused user sees nothing happen.
+            if (loadNode(db, current) && !standardCheckRefuses(m_session.login(), db, current)) {
+                DeleteSubtree(db, current);
+                result.deleted << current;
+            }
+        }
+        tx.commit();
+    } catch (const Fault &f) {
+        ZeigeFehler(f, QStringLiteral("Eintrag mit dem FileIndex: ") + current + QStringLiteral(" konnte nicht gelöscht werden"));
+        result.deleted.clear();
+        result.faulted = true;
+    }
+    return result;
+}
+
+// ---------------------------------------------------------------------------
+
+void Explorer::fillBuffer(const ExplorerSelection &sel, ExplorerBuffer &buffer, bool cut)
+{
+    StatusScope status(onStatus, cut ? QStringLiteral("Schneide Daten aus") : QStringLiteral("Kopiere Daten"));
+    buffer.cut = cut;
+    buffer.clear();
+    if (sel.listHasFocus) {
+        buffer.keys = sel.listSelected;
+    } else if (!sel.treeKey.isEmpty()) {
+        if (!ExplorerTree::isRootKey(sel.treeKey))
+            buffer.keys = {sel.treeKey};
+        else
+            ZeigeMeldung(QStringLiteral("'") + gStrWIRundgang + QStringLiteral("' und '") + gStrStandards
+                             + (cut ? QStringLiteral("' können nicht ausgeschnitten werden")
+                                    : QStringLiteral("' können nicht kopiert werden")),
+                         Style::Exclamation);
+    }
+}
+
+void Explorer::CutToBuffer(const ExplorerSelection &sel, ExplorerBuffer &buffer) { fillBuffer(sel, buffer, true); }
+void Explorer::CopyToBuffer(const ExplorerSelection &sel, ExplorerBuffer &buffer) { fillBuffer(sel, buffer, false); }
+
+namespace {
+// Ends a paste whose name search found no free name; the data stay as before.
+struct NoFreeName {
+    QString text;
+};
+
+QString nameFor(const QSqlDatabase &db, const QString &folder, const QString &text)
+{
+    std::optional<QString> name = uniqueNameInFolder(db, folder, text);
+    if (!name)
+        throw NoFreeName{text};
+    return *name;
+}
+}
+
+QString CopyEntry(const QSqlDatabase &db, const QString &oldKey, const QString &targetKey, const QString &topName)
+{
+    struct Row {
+        QString key, above, typ, text;
+    };
+    // The source subtree is read whole before the first copy is written.
+    QHash<QString, QList<Row>> kids;
+    std::optional<Row> top;
+    {
+        QSqlQuery q = exec(db, QString::fromLatin1(kSubtree)
+                                   + QStringLiteral("SELECT p.FileIndex, p.FileAbove, p.FileTyp, p.Text FROM ProtokollKopf p "
+                                                    "JOIN sub ON p.FileIndex = sub.k ORDER BY p.Text"),
+                           {oldKey});
+        while (q.next()) {
+            Row r{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString()};
+            if (r.key == oldKey)
+                top = r;
+            else
+                kids[r.above].append(r);
+        }
+    }
+    if (!top)
+        return {};
+
+    static const QString insertSql = [] {
+        QStringList cols, sel;
+        for (const QString &f : Node::fieldNames()) {
+            cols << ident(f);
+            if (f == QLatin1String("FileIndex") || f == QLatin1String("FileAbove") || f == QLatin1String("Katalog")
+                || f == QLatin1String("Text"))
+                sel << QStringLiteral("?");
+            else if (f == QLatin1String("IdentNr"))
+                sel << QStringLiteral("''");
+            else
+                sel << ident(f);
+        }
+        return QStringLiteral("INSERT INTO ProtokollKopf (%1) SELECT %2 FROM ProtokollKopf WHERE FileIndex = ?")
+            .arg(cols.join(QLatin1Char(',')), sel.join(QLatin1Char(',')));
+    }();
+
+    Transaction tx(db);
+    const QString katalog = katalogForPath(FullPath(db, targetKey));
+    Statement insert(db, insertSql);
+    QSet<QString> done;
+    QString topKey;
+    std::function<void(const Row &, const QString &, const QString &)> copy =
+        [&](const Row &r, const QString &parent, const QString &name) {
+            done.insert(r.key);
+            const QString newKey = NeuerFileIndex(db, kTable);
+            if (topKey.isEmpty())
+                topKey = newKey;
+            // Bound in the order of the fields: FileIndex, FileAbove, Katalog, Text.
+            insert.run({newKey, parent, katalog, name, r.key});
+            if (r.typ == FileTypFile)
+                CopyTePositionenNeu(db, r.key, newKey);
+            for (const Row &c : kids.value(r.key))
+                if (!done.contains(c.key))
+                    copy(c, newKey, c.text);
+        };
+    copy(*top, targetKey, topName);
+    tx.commit();
+    return topKey;
+}
+
+PasteResult Explorer::PasteEntries(const ExplorerSelection &sel, ExplorerBuffer &buffer)
+{
+    PasteResult result;
+    if (buffer.isEmpty()) {
+        ZeigeMeldung(QStringLiteral("Der Zwischenspeicher ist leer"), Style::Exclamation);
+        return result;
+    }
+    const QString target = sel.treeKey;
+    const QSqlDatabase db = m_session.db();
+    // Only the top nodes and installations take entries; a node gone meanwhile is no target.
+    if (target.isEmpty()
+        || (!ExplorerTree::isRootKey(target)
+            && scalar(db, QStringLiteral("SELECT FileTyp FROM ProtokollKopf WHERE FileIndex = ?"), {target}).toString()
+                != FileTypOrdner)) {
+        ZeigeMeldung(QStringLiteral("Bitte wählen Sie vorher einen Ordner aus"), Style::Exclamation);
+        return result;
+    }
+    StatusScope status(onStatus, QStringLiteral("Füge Daten ein"));
+    try {
+        if (standardCheckRefuses(m_session.login(), db, target)) {
+            ZeigeMeldung(editRefusal(db, target), Style::Exclamation);
+            return result;
+        }
+        Transaction tx(db);
+        if (!buffer.cut) {
+            for (const QString &key : buffer.keys) {
+                const std::optional<Node> node = loadNode(db, key);
+                if (!node)
+                    continue;
+                result.newKeys << CopyEntry(db, key, target, nameFor(db, target, node->Text));
+            }
+        } else {
+            const QString targetText = ExplorerTree::isRootKey(target)
+                ? rootText(target)
+                : scalar(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileIndex = ?"), {target}).toString();
+            const QString katalog = katalogForPath(FullPath(db, target));
+            for (const QString &key : buffer.keys) {
+                const std::optional<Node> node = loadNode(db, key);
+                if (!node)
+                    continue;
+                if (key == target) {
+                    ZeigeMeldung(QStringLiteral("Kann '") + targetText + QStringLiteral("' nicht in sich selber verschieben"),
+                                 Style::Exclamation);
+                    continue;
+                }
+                // Moved below its own descendant, an installation would hang in no tree at all.
+                if (isBelow(db, target, key)) {
+                    ZeigeMeldung(QStringLiteral("Kann '") + node->Text + QStringLiteral("' nicht nach '") + targetText
+                                     + QStringLiteral("' verschieben, da '") + targetText + QStringLiteral("' in '")
+                                     + node->Text + QStringLiteral("' enthalten ist"),
+                                 Style::Exclamation);
+                    continue;
+                }
+                if (standardCheckRefuses(m_session.login(), db, key)) {
+                    ZeigeMeldung(editRefusal(db, key), Style::Exclamation);
+                    continue;
+                }
+                // Only the moved row takes the Katalog of its new place.
+                exec(db, QStringLiteral("UPDATE ProtokollKopf SET FileAbove = ?, Katalog = ?, Text = ? WHERE FileIndex = ?"),
+                     {target, katalog, nameFor(db, target, node->Text), key});
+                result.newKeys << key;
+            }
+        }
+        tx.commit();
+        if (buffer.cut)
+            buffer.clear();
+        result.changed = !result.newKeys.isEmpty();
+    } catch (const NoFreeName &e) {
+        ZeigeMeldung(QStringLiteral("Für '") + e.text
+                         + QStringLiteral("' lässt sich in diesem Verzeichnis kein eindeutiger Name mehr bilden. "
+                                          "Bitte benennen Sie vorher einen der Einträge um."),
+                     Style::Exclamation);
+        result = {};
+    } catch (const Fault &f) {
+        ZeigeFehler(f, QStringLiteral("Kann Daten nicht einfügen"));
+        result = {};
+    }
+    return result;
+}
+
+Explorer::Refreshed Explorer::RefreshAll(const QString &notedKey)
+{
+    StatusScope status(onStatus, QStringLiteral("Aktualisiere alle Einträge"));
+    Refreshed r;
+    r.tree = LoadTree(m_session.db());
+    r.select = keyAfterRefresh(r.tree, notedKey);
+    return r;
+}
+
+QStringList Explorer::selectAll(const QStringList &shownKeys)
+{
+    StatusScope status(onStatus, QStringLiteral("Kennzeichne alle Einträge"));
+    return SelectAllEntries(shownKeys);
+}
+
+QStringList Explorer::invertSelection(const QStringList &shownKeys, const QStringList &selected)
+{
+    StatusScope status(onStatus, QStringLiteral("Kehre Auswahl um"));
+    return InvertSelection(shownKeys, selected);
+}
+
+// ---------------------------------------------------------------------------
+
+QString keyAfterRefresh(const ExplorerTree &tree, const QString &notedKey)
+{
+    if (!notedKey.isEmpty() && tree.contains(notedKey))
+        return notedKey;
+    return RootProtok;
+}
+
+QStringList SelectAllEntries(const QStringList &shownKeys) { return shownKeys; }
+
+QStringList InvertSelection(const QStringList &shownKeys, const QStringList &selected)
+{
+    const QSet<QString> sel(selected.begin(), selected.end());
+    QStringList out;
+    for (const QString &k : shownKeys)
+        if (!sel.contains(k))
+            out << k;
+    return out;
+}
+
+}
