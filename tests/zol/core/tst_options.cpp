@@ -37,18 +37,6 @@ private Q_SLOTS:
             QVERIFY(!f);
     }
 
-    void columnTable()
-    {
-        QCOMPARE(spaltenTabelle().size(), 18);
-        for (int i = 1; i <= 18; ++i)
-            QCOMPARE(spaltenFeld(i)->index, i);
-        QVERIFY(!spaltenFeld(0) && !spaltenFeld(19));
-        QCOMPARE(spaltenFeld(4)->optionCaption, QStringLiteral("Ident Nr."));
-        QCOMPARE(spaltenFeld(14)->listCaption, QStringLiteral("KeineWartung"));
-        QCOMPARE(spaltenFeld(15)->optionCaption, QStringLiteral("von Woche 1"));
-        QCOMPARE(spaltenFeld(18)->listCaption, QStringLiteral("BisWoche2"));
-    }
-
     void storedColumns_data()
     {
         QTest::addColumn<QStringList>("stored");   // KopfIndexAnzahl, then KopfIndex1..
