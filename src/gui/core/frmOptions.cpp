@@ -79,39 +79,21 @@ void frmOptions::fillFromState()
         item->setData(FeldRole, index);
     }
 
-    // A box is checked when one of the six head keys names its field; settings
-    // that know only the older single key check the box of that caption.
-    const auto &wahl = zol::kopfwechselWahl();
-    bool any = false;
-    for (int i = 0; i < wahl.size(); ++i) {
-        bool on = false;
-        for (const QString &k : st.gKopfwechsel)
-            on = on || zol::kopfwechselFeld(k) == wahl.at(i).feld;
-        m_chkKopfwechsel.at(i)->setChecked(on);
-        any = any || on;
-    }
-    if (!any && !st.gKopfwechselAlt.isEmpty())
-        for (int i = 0; i < wahl.size(); ++i)
-            if (wahl.at(i).caption == st.gKopfwechselAlt)
-                m_chkKopfwechsel.at(i)->setChecked(true);
+    const QList<bool> kopfwechsel = zol::kopfwechselGewaehlt(st);
+    for (int i = 0; i < m_chkKopfwechsel.size(); ++i)
+        m_chkKopfwechsel.at(i)->setChecked(kopfwechsel.value(i));
 
     ui->lvAuftragsortierung->clear();
     for (QCheckBox *box : m_chkAuftragsortierung) {
         QSignalBlocker block(box);
         box->setChecked(false);
     }
-    const auto &sortWahl = zol::auftragsortierungWahl();
-    for (const QString &stored : st.gAuftragsortierung) {
-        const QString feld = zol::auftragsortierungFeld(stored);
-        for (int i = 0; i < sortWahl.size(); ++i) {
-            QCheckBox *box = m_chkAuftragsortierung.at(i);
-            if (sortWahl.at(i).feld != feld || box->isChecked())
-                continue;
-            QSignalBlocker block(box);
-            box->setChecked(true);
-            auto *item = new QTreeWidgetItem(ui->lvAuftragsortierung, {box->text()});
-            item->setData(0, FeldRole, feld);
-        }
+    for (int i : zol::auftragsortierungGewaehlt(st)) {
+        QCheckBox *box = m_chkAuftragsortierung.at(i);
+        QSignalBlocker block(box);
+        box->setChecked(true);
+        auto *item = new QTreeWidgetItem(ui->lvAuftragsortierung, {box->text()});
+        item->setData(0, FeldRole, zol::auftragsortierungWahl().at(i).feld);
     }
 
     (st.gDruckFormat == 2 ? ui->optDruckFormat_1 : ui->optDruckFormat_0)->setChecked(true);
@@ -170,26 +152,15 @@ void frmOptions::apply()
 {
     zol::OptionState st = m_session.options();
 
-    st.gSpaltenIndex.clear();
-    st.gSpalteSichtbar.fill(false);
-    for (int r = 0; r < ui->lstSpalten->count(); ++r) {
-        const int index = ui->lstSpalten->item(r)->data(FeldRole).toInt();
-        st.gSpaltenIndex << index;
-        if (index <= 14)
-            st.gSpalteSichtbar[index] = true;
-    }
+    QList<int> spalten;
+    for (int r = 0; r < ui->lstSpalten->count(); ++r)
+        spalten << ui->lstSpalten->item(r)->data(FeldRole).toInt();
+    zol::setzeSpalten(st, spalten);
 
-    // Slot i holds the field of box i-1, so the sheet breaks in the order of
-    // the boxes; the older single key keeps the caption of the first box.
-    const auto &wahl = zol::kopfwechselWahl();
-    st.gKopfwechsel.clear();
-    st.gKopfwechselAlt.clear();
-    for (int i = 0; i < wahl.size(); ++i) {
-        const bool on = m_chkKopfwechsel.at(i)->isChecked();
-        st.gKopfwechsel << (on ? wahl.at(i).feld : QString());
-        if (on && st.gKopfwechselAlt.isEmpty())
-            st.gKopfwechselAlt = wahl.at(i).caption;
-    }
+    QList<bool> kopfwechsel;
+    for (QCheckBox *box : m_chkKopfwechsel)
+        kopfwechsel << box->isChecked();
+    zol::setzeKopfwechsel(st, kopfwechsel);
 
     st.gAuftragsortierung.clear();
     for (int r = 0; r < ui->lvAuftragsortierung->topLevelItemCount(); ++r)

@@ -91,6 +91,61 @@ const QList<FeldWahl> &auftragsortierungWahl()
 QString kopfwechselFeld(const QString &stored) { return findFeld(kopfwechselWahl(), stored); }
 QString auftragsortierungFeld(const QString &stored) { return findFeld(auftragsortierungWahl(), stored); }
 
+void setzeSpalten(OptionState &st, const QList<int> &index)
+{
+    st.gSpaltenIndex.clear();
+    st.gSpalteSichtbar.fill(false);
+    for (int v : index) {
+        if (v < 1 || v > SpaltenAnzahl || st.gSpaltenIndex.contains(v))
+            continue;
+        st.gSpaltenIndex << v;
+        if (v <= 14)
+            st.gSpalteSichtbar[v] = true;
+    }
+}
+
+QList<bool> kopfwechselGewaehlt(const OptionState &st)
+{
+    const auto &wahl = kopfwechselWahl();
+    QList<bool> on(wahl.size(), false);
+    bool any = false;
+    for (int i = 0; i < wahl.size(); ++i) {
+        for (const QString &k : st.gKopfwechsel)
+            on[i] = on[i] || kopfwechselFeld(k) == wahl.at(i).feld;
+        any = any || on[i];
+    }
+    if (!any)
+        for (int i = 0; i < wahl.size(); ++i)
+            on[i] = !st.gKopfwechselAlt.isEmpty() && wahl.at(i).caption == st.gKopfwechselAlt;
+    return on;
+}
+
+void setzeKopfwechsel(OptionState &st, const QList<bool> &checked)
+{
+    const auto &wahl = kopfwechselWahl();
+    st.gKopfwechsel.clear();
+    st.gKopfwechselAlt.clear();
+    for (int i = 0; i < wahl.size(); ++i) {
+        const bool on = checked.value(i);
+        st.gKopfwechsel << (on ? wahl.at(i).feld : QString());
+        if (on && st.gKopfwechselAlt.isEmpty())
+            st.gKopfwechselAlt = wahl.at(i).caption;
+    }
+}
+
+QList<int> auftragsortierungGewaehlt(const OptionState &st)
+{
+    const auto &wahl = auftragsortierungWahl();
+    QList<int> out;
+    for (const QString &stored : st.gAuftragsortierung) {
+        const QString feld = auftragsortierungFeld(stored);
+        for (int i = 0; i < wahl.size(); ++i)
+            if (!feld.isEmpty() && wahl.at(i).feld == feld && !out.contains(i))
+                out << i;
+    }
+    return out;
+}
+
 void LadeOptionen(const QString &userName, OptionState &st)
 {
     const QString section = userName + kSection;
@@ -105,17 +160,12 @@ void LadeOptionen(const QString &userName, OptionState &st)
 
     const int anzahl = GetSettingInt(section, QStringLiteral("KopfIndexAnzahl"), -1);
     if (anzahl > -1) {
-        st.gSpaltenIndex.clear();
         // A column index outside the table (a damaged file) is left out rather
         // than shown as a column without a field.
-        for (int i = 1; i <= qMin(anzahl, SpaltenAnzahl); ++i) {
-            const int v = GetSettingInt(section, QStringLiteral("KopfIndex%1").arg(i), 0);
-            if (v < 1 || v > SpaltenAnzahl)
-                continue;
-            st.gSpaltenIndex << v;
-            if (v <= 14)
-                st.gSpalteSichtbar[v] = true;
-        }
+        QList<int> index;
+        for (int i = 1; i <= qMin(anzahl, SpaltenAnzahl); ++i)
+            index << GetSettingInt(section, QStringLiteral("KopfIndex%1").arg(i), 0);
+        setzeSpalten(st, index);
     }
 
     st.gKopfwechsel.clear();

@@ -38,6 +38,23 @@ QString kopfwechselFeld(const QString &stored);
 // The ProtokollKopf field of a stored sort criterion, empty if it is none of the offered.
 QString auftragsortierungFeld(const QString &stored);
 
+// The displayed columns in their order; sets the flags gSpalteSichtbar of
+// the fields 1 to 14 with them. Indexes outside the table and repeats are left out.
+void setzeSpalten(OptionState &state, const QList<int> &index);
+
+// Which of the six head-key boxes are checked: a box is, when one of the six
+// keys names its field (or caption); settings that hold only the older single
+// key check the box of that caption.
+QList<bool> kopfwechselGewaehlt(const OptionState &state);
+// The head keys from the six boxes: key i holds the Auftrag field of box i-1
+// or is empty, so the sheets break in the order of the boxes; the older single
+// key gets the caption of the first checked box.
+void setzeKopfwechsel(OptionState &state, const QList<bool> &checked);
+
+// The sort criteria of the state as positions in auftragsortierungWahl(), in
+// their order, each once; unknown entries are left out.
+QList<int> auftragsortierungGewaehlt(const OptionState &state);
+
 // Fills the option state from the user's section "\Optionen". Without saved
 // settings every column is displayed in table order, no extra page break and
 // portrait. The flags gSpalteSichtbar are only set from saved columns, as the

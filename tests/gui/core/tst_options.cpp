@@ -189,15 +189,6 @@ private Q_SLOTS:
         saveScreens(again);
     }
 
-    void olderSingleHeadKeyChecksItsBox()
-    {
-        SaveSetting(QStringLiteral("Anna\\Optionen"), QStringLiteral("Kopfwechsel"), QStringLiteral("Lokalisierung"));
-        LadeOptionen(*m_session);
-        frmOptions w(*m_session);
-        for (int i = 0; i < 6; ++i)
-            QCOMPARE(child<QCheckBox>(w, QStringLiteral("chkKopfwechsel_%1").arg(i))->isChecked(), i == 5);
-    }
-
     void cancelLeavesState()
     {
         const OptionState before = m_session->options();

@@ -45,7 +45,7 @@ private Q_SLOTS:
         QTest::newRow("none") << QStringList{"0"} << QList<int>{} << QList<int>{};
         QTest::newRow("order kept") << QStringList{"3", "12", "4", "16"} << QList<int>{12, 4, 16} << QList<int>{4, 12};
         QTest::newRow("missing entry left out") << QStringList{"2", "7"} << QList<int>{7} << QList<int>{7};
-        QTest::newRow("out of table left out") << QStringList{"3", "19", "14", "-2"} << QList<int>{14} << QList<int>{14};
+        QTest::newRow("out of table and repeats left out") << QStringList{"4", "19", "14", "-2", "14"} << QList<int>{14} << QList<int>{14};
         QTest::newRow("damaged count") << QStringList{"1000000", "1", "2"} << QList<int>{1, 2} << QList<int>{1, 2};
     }
     void storedColumns()
@@ -153,6 +153,48 @@ private Q_SLOTS:
         QCOMPARE(auftragsortierungFeld(QStringLiteral("Inspekteur")), QStringLiteral("WIVerantwortlicher"));
         QCOMPARE(auftragsortierungFeld(QStringLiteral("Option2")), QStringLiteral("Option2"));
         QCOMPARE(auftragsortierungFeld(QStringLiteral("FileIndex")), QString());
+    }
+
+    void headKeyBoxes_data()
+    {
+        QTest::addColumn<QStringList>("keys");
+        QTest::addColumn<QString>("alt");
+        QTest::addColumn<QList<bool>>("boxes");
+        QTest::newRow("none") << QStringList(6, QString()) << "" << QList<bool>(6, false);
+        QTest::newRow("by slot") << QStringList{"KompBezeichnung", "", "", "Materialcode", "", ""} << "Komponente"
+                                 << QList<bool>{true, false, false, true, false, false};
+        QTest::newRow("caption in another slot") << QStringList{"Lokalisierung", "Betriebszustand", "", "", "", ""} << ""
+                                                 << QList<bool>{false, false, true, false, false, true};
+        QTest::newRow("older single key only") << QStringList(6, QString()) << "Laufweg"
+                                               << QList<bool>{false, true, false, false, false, false};
+        QTest::newRow("six keys win over the older") << QStringList{"", "", "", "", "Kostenstelle", ""} << "Laufweg"
+                                                     << QList<bool>{false, false, false, false, true, false};
+    }
+    void headKeyBoxes()
+    {
+        QFETCH(QStringList, keys);
+        QFETCH(QString, alt);
+        QFETCH(QList<bool>, boxes);
+        OptionState st;
+        st.gKopfwechsel = keys;
+        st.gKopfwechselAlt = alt;
+        QCOMPARE(kopfwechselGewaehlt(st), boxes);
+
+        // Saved from the boxes, the keys name the fields slot by slot and read back the same boxes.
+        setzeKopfwechsel(st, boxes);
+        for (int i = 0; i < 6; ++i)
+            QCOMPARE(st.gKopfwechsel.at(i), boxes.at(i) ? kopfwechselWahl().at(i).feld : QString());
+        const int first = boxes.indexOf(true);
+        QCOMPARE(st.gKopfwechselAlt, first < 0 ? QString() : kopfwechselWahl().at(first).caption);
+        QCOMPARE(kopfwechselGewaehlt(st), boxes);
+    }
+
+    void sortCriteriaOfTheState()
+    {
+        OptionState st;
+        st.gAuftragsortierung = {QStringLiteral("Standort"), QStringLiteral("FileIndex"), QStringLiteral("Ident Nr."),
+                                 QStringLiteral("standort"), QString(), QStringLiteral("Option2")};
+        QCOMPARE(auftragsortierungGewaehlt(st), (QList<int>{3, 1, 10}));
     }
 
     void windowState()
