@@ -52,6 +52,17 @@ void frmMsgBoxHOV::setMessage(const QString &text, int style)
     ui->imgWarning->setVisible(style == zol::Style::Exclamation);
     ui->imgQuestion->setVisible(style == zol::Style::OkCancel || style == zol::Style::YesNo);
 
+    // The OK/Cancel question offers no close button in the frame: Cancel is its button.
+    Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+    if (style != zol::Style::OkCancel)
+        flags |= Qt::WindowCloseButtonHint;
+    if (windowFlags() != flags) {
+        const bool shown = isVisible();
+        setWindowFlags(flags);
+        if (shown)
+            show();
+    }
+
     QPushButton *first = okay ? ui->cmdOkay : style == zol::Style::OkCancel ? ui->cmdCancelOkay : ui->cmdYNYes;
     for (QPushButton *b : {ui->cmdOkay, ui->cmdCancelOkay, ui->cmdCancelCancel, ui->cmdYNYes, ui->cmdYNNo})
         b->setDefault(b == first);

@@ -16,17 +16,20 @@ BatchPresenter::BatchPresenter(bool yes)
     m_in = m_stdin.get();
     m_out = m_stdout.get();
     m_err = m_stderr.get();
+    m_previous = installedPresenter();
+    installPresenter(this);
 }
 
 BatchPresenter::BatchPresenter(QIODevice *in, QIODevice *out, QIODevice *err, bool yes, bool interactive)
-    : m_in(in), m_out(out), m_err(err), m_yes(yes), m_interactive(interactive)
+    : m_in(in), m_out(out), m_err(err), m_yes(yes), m_interactive(interactive), m_previous(installedPresenter())
 {
+    installPresenter(this);
 }
 
 BatchPresenter::~BatchPresenter()
 {
     if (installedPresenter() == this)
-        installPresenter(nullptr);
+        installPresenter(m_previous);
 }
 
 int BatchPresenter::exitStatus() const

@@ -11,7 +11,8 @@ namespace zol {
 // on the output stream. A question is answered Yes/OK by --yes; otherwise, when
 // the input is a terminal, the user types the answer (j, J, y, Y mean yes);
 // with neither the answer is No/Cancel. The presenter remembers what it showed
-// so that the command can give its exit status.
+// so that the command can give its exit status. It installs itself and puts
+// back the presenter it replaced when it ends.
 class BatchPresenter : public MessagePresenter {
 public:
     // On the process's stdin, stdout and stderr; interactive if stdin is a terminal.
@@ -38,6 +39,7 @@ private:
     bool m_refused = false;
     bool m_fault = false;
     bool m_answeredNo = false;
+    MessagePresenter *m_previous = nullptr;
 };
 
 }

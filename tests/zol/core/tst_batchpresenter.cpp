@@ -41,7 +41,6 @@ private Q_SLOTS:
         out.open(QIODevice::WriteOnly);
         err.open(QIODevice::WriteOnly);
         BatchPresenter p(&in, &out, &err, yes, interactive);
-        installPresenter(&p);
         const QString text = QStringLiteral("Aufträge für die Woche 07 im Jahr 2026 jetzt wirklich drucken?");
         QCOMPARE(ZeigeMeldung(text, style), answer);
         QVERIFY(QString::fromUtf8(outData).startsWith(text));
@@ -56,19 +55,22 @@ private Q_SLOTS:
         QBuffer out(&outData), err(&errData);
         out.open(QIODevice::WriteOnly);
         err.open(QIODevice::WriteOnly);
-        BatchPresenter p(nullptr, &out, &err, false, false);
-        installPresenter(&p);
-        QCOMPARE(ZeigeMeldung(QStringLiteral("Planung beendet"), 0), 1);
-        QCOMPARE(p.exitStatus(), 0);
-        QCOMPARE(ZeigeMeldung(QStringLiteral("Bitte Jahr eingeben"), 48), 1);
-        QVERIFY(p.refused());
-        QCOMPARE(p.exitStatus(), 1);
-        QCOMPARE(ZeigeMeldung(QStringLiteral("Fehler Nummer: 3022"), 16), 1);
-        QVERIFY(p.faultShown());
-        QCOMPARE(p.exitStatus(), 3);
-        QCOMPARE(ZeigeMeldung(QStringLiteral("Sonderstil"), 64), 1);
-        QCOMPARE(QString::fromUtf8(outData), QStringLiteral("Planung beendet\nSonderstil\n"));
-        QCOMPARE(QString::fromUtf8(errData), QStringLiteral("Bitte Jahr eingeben\nFehler Nummer: 3022\n"));
+        ScriptedPresenter outer;
+        {
+            BatchPresenter p(nullptr, &out, &err, false, false);
+            QCOMPARE(ZeigeMeldung(QStringLiteral("Planung beendet"), 0), 1);
+            QCOMPARE(p.exitStatus(), 0);
+            QCOMPARE(ZeigeMeldung(QStringLiteral("Bitte Jahr eingeben"), 48), 1);
+            QVERIFY(p.refused());
+            QCOMPARE(p.exitStatus(), 1);
+            QCOMPARE(ZeigeMeldung(QStringLiteral("Fehler Nummer: 3022"), 16), 1);
+            QVERIFY(p.faultShown());
+            QCOMPARE(p.exitStatus(), 3);
+            QCOMPARE(ZeigeMeldung(QStringLiteral("Sonderstil"), 64), 1);
+            QCOMPARE(QString::fromUtf8(outData), QStringLiteral("Planung beendet\nSonderstil\n"));
+            QCOMPARE(QString::fromUtf8(errData), QStringLiteral("Bitte Jahr eingeben\nFehler Nummer: 3022\n"));
+        }
+        QCOMPARE(installedPresenter(), &outer);
     }
 };
 
