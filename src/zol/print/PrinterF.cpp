@@ -290,3 +290,30 @@ void PdfPreviewPresenter::showPreview(PrinterF &printer)
 }
 
 }
+
+namespace zol {
+
+bool printRange(const PageStore &store, QPagedPaintDevice *device, int from, int to)
+{
+    // The user ends the repeats; the bound only keeps a device that fails
+    // for ever from holding the window.
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        try {
+            printPages(store, device, from, to);
+            return true;
+        } catch (const Fault &f) {
+            switch (printerErrors(f)) {
+            case 0:
+                continue;
+            case 3:
+                ZeigeMeldung(faultText(f), Style::Critical);
+                return false;
+            default:
+                return false;
+            }
+        }
+    }
+    return false;
+}
+
+}

@@ -132,3 +132,13 @@ private:
 };
 
 }
+
+namespace zol {
+
+// Sends a range of the store to a device, as the preview prints it: a
+// printer fault is explained by printerErrors and, on its answer, the page
+// range is tried again or given up; a fault that is no printer fault is
+// shown with its number. True when every page went out.
+bool printRange(const PageStore &store, QPagedPaintDevice *device, int from, int to);
+
+}
