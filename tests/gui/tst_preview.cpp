@@ -1,4 +1,5 @@
 #include "gui/print/PrinterFWindow.h"
+#include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
 #include <QLabel>
@@ -91,7 +92,12 @@ private Q_SLOTS:
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
 
+        // A page change costs one redraw of one page.
+        QCoreApplication::processEvents();
+        const int before = w.page()->paints();
         QTest::mouseClick(child<QToolButton>(w, "cmdRight"), Qt::LeftButton);
+        QCoreApplication::processEvents();
+        QCOMPARE(w.page()->paints(), before + 1);
         QCOMPARE(w.shownPage(), 2);
         QCOMPARE(field(w, "txtSeite"), QStringLiteral("2"));
         QCOMPARE(field(w, "txtSeiteBis"), QStringLiteral("2"));
@@ -224,8 +230,7 @@ private Q_SLOTS:
 
     void zeigShowsTheWindowAndResets()
     {
-        PreviewWindowPresenter presenter;
-        installPreviewPresenter(&presenter);
+        installPrinting(printer, options, nullptr);
         compose();
         bool seen = false;
         QTimer::singleShot(0, this, [&] {
@@ -239,6 +244,20 @@ private Q_SLOTS:
         QVERIFY(seen);
         QCOMPARE(printer.Seite(), 0);
         QCOMPARE(printer.store().pageCount(), 1);
+
+        // A machine without a printer: a direct job is a printer fault, not a crash.
+        installPrinting(printer, options, nullptr);
+        if (!printer.printer()) {
+            ScriptedPresenter msg;
+            printer.Vorschau = false;
+            try {
+                printer.InitPrinter();
+                QFAIL("a job without a printer was opened");
+            } catch (const Fault &f) {
+                QCOMPARE(printerErrors(f), 2);
+            }
+            QCOMPARE(msg.texts(), QStringList{QStringLiteral("Der Druckertreiber ist nicht verfügbar")});
+        }
     }
 };
 

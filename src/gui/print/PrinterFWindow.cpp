@@ -307,4 +307,16 @@ void PreviewWindowPresenter::showPreview(PrinterF &printer)
     window.exec();
 }
 
+void installPrinting(PrinterF &printer, const OptionState &options, QWidget *parent)
+{
+    static PreviewWindowPresenter presenter;
+    static std::unique_ptr<QPrinter> device;
+    presenter.setParent(parent);
+    installPreviewPresenter(&presenter);
+    printer.setOptionState(&options);
+    if (!device)
+        device = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    printer.setPrinter(device->isValid() ? device.get() : nullptr);
+}
+
 }

@@ -80,10 +80,17 @@ private:
 class PreviewWindowPresenter : public PreviewPresenter {
 public:
     explicit PreviewWindowPresenter(QWidget *parent = nullptr) : m_parent(parent) {}
+    void setParent(QWidget *parent) { m_parent = parent; }
     void showPreview(PrinterF &printer) override;
 
 private:
     QWidget *m_parent;
 };
+
+// Sets up printing for a session with windows: the engine reads the print
+// format from the options, previews show in the preview window, and direct
+// jobs go to the system's default printer; without one a job raises
+// fault 484, which the report explains through printerErrors.
+void installPrinting(PrinterF &printer, const OptionState &options, QWidget *parent);
 
 }

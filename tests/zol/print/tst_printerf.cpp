@@ -133,6 +133,7 @@ private Q_SLOTS:
         QTest::newRow("word longer than the width") << "12345678901234567890123456" << "1234567890" << " "
                                                     << QStringList{"1234567890", "1234567890", "123456"}
                                                     << "12345678901234567890123456";
+        QTest::newRow("no room at all") << "abc" << "" << " " << QStringList{"a", "b", "c"} << "abc";
         QTest::newRow("other separator") << "0000-1111-2222" << "0000-1111-22" << "-"
                                          << QStringList{"0000-1111-", "2222"} << "0000-1111-2222";
         QTest::newRow("paragraphs") << "Erster Absatz\r\nZweiter" << "Erster Absatz" << " "
