@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <algorithm>
 
 namespace zol {
 
@@ -87,7 +88,7 @@ void renderPage(QPainter &painter, const PageMetrics &metrics, const PrintPage &
     int bold = -1;
     for (const PrintItem &item : page.items) {
         // Blank items fill a page to its bottom; they leave no ink.
-        if (item.Text.trimmed().isEmpty())
+        if (std::all_of(item.Text.cbegin(), item.Text.cend(), [](QChar c) { return c.isSpace(); }))
             continue;
         if (int(item.Bold) != bold) {
             bold = item.Bold;

@@ -35,12 +35,12 @@ PrinterF &PrinterF::instance()
 
 void PrinterF::InitPrinter()
 {
+    if (!Vorschau && !m_printer)
+        throw Fault(484, noDriverText());
     // Whatever job is open, e.g. one a report left by a fault, is discarded.
     m_Seite = 1;
     m_CurrentX = 0;
     m_CurrentY = 0;
-    if (!Vorschau && !m_printer)
-        throw Fault(484, noDriverText());
 
     JobFormat format;
     const int druckFormat = m_options ? m_options->gDruckFormat : 1;
@@ -201,24 +201,26 @@ int PrinterF::Print_UnterenRand(int count, int X, int, int Y, int Ymax)
 
 void PrinterF::zeig()
 {
-    struct Reset {
-        PrinterF &p;
-        ~Reset()
-        {
-            p.m_store.pages.clear();
-            p.m_store.pages.emplace_back();
-            p.m_Seite = 0;
-            p.AktuelleSeite = 0;
-        }
-    } reset{*this};
-
+    const auto reset = [this] {
+        m_store.pages.clear();
+        m_store.pages.emplace_back();
+        m_Seite = 0;
+        AktuelleSeite = 0;
+    };
     if (Vorschau) {
         AktuelleSeite = 1;
-        if (g_preview)
-            g_preview->showPreview(*this);
+        try {
+            if (g_preview)
+                g_preview->showPreview(*this);
+        } catch (...) {
+            reset();
+            throw;
+        }
     } else if (m_Seite > 0) {
+        // A printer fault leaves the job open, so the report can repeat zeig.
         printPages(m_store, m_printer, 1, m_store.pageCount());
     }
+    reset();
 }
 
 int printerErrors(const Fault &fault)

@@ -304,6 +304,22 @@ private Q_SLOTS:
             direct.PrintText(t, 100, 9000, 100, 9000, QStringLiteral(" "));
             direct.NewPage();
             direct.PrintString(QStringLiteral("Zweite Seite direkt"));
+            // A device that fails leaves the job open; the report repeats zeig.
+            QPdfWriter broken(dir.filePath(QStringLiteral("fehlt/x.pdf")));
+            direct.setPrinter(&broken);
+            ScriptedPresenter msg;
+            msg.answer(4);
+            int result = -1;
+            try {
+                direct.zeig();
+            } catch (const Fault &f) {
+                result = printerErrors(f);
+            }
+            QCOMPARE(result, 0);
+            QCOMPARE(msg.lastText(), QStringLiteral("Es liegt ein Druckerfehler vor. Bitte überprüfen Sie die "
+                                                   "Druckereinstellungen und ihren Drucker auf Fehler"));
+            QCOMPARE(direct.Seite(), 2);
+            direct.setPrinter(&writer);
             direct.zeig();
             QCOMPARE(direct.Seite(), 0);
         }
