@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Sql.h"
+#include "zol/planning/PlanCommand.h"
 #include "zol/planning/PlanningRun.h"
 #include "zol/structure/Node.h"
 #include <QSqlRecord>
@@ -366,6 +367,49 @@ private Q_SLOTS:
         p.answer(Answer::Yes).answer(Answer::Yes);
         QCOMPARE(int(run.run(QStringLiteral("2016"), QStringLiteral("10")).outcome), int(PlanResult::Outcome::Planned));
         QCOMPARE(countRows(db, QStringLiteral("Auftrag"), QStringLiteral("Woche = '10'")), 302);
+    }
+
+    // zol plan YEAR WEEK [--yes]: exit status, status line, questions answered by --yes.
+    void planCommand_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<bool>("brokenInterval");
+        QTest::addColumn<int>("exitStatus");
+        QTest::addColumn<QString>("printed");
+        QTest::addColumn<int>("messages");
+        QTest::newRow("missing week") << QStringList{"2016"} << false << 2 << "" << 0;
+        QTest::newRow("week not digits") << QStringList{"2016", "1a"} << false << 2 << "" << 0;
+        QTest::newRow("question without --yes") << QStringList{"2016", "10"} << false << 1 << "" << 1;
+        QTest::newRow("week 53") << QStringList{"2016", "53", "--yes"} << false << 1 << "" << 1;
+        QTest::newRow("planned") << QStringList{"2016", "10", "--yes"} << false << 0
+                                 << "1 langfristige Aufträge geplant. Warte auf Eingaben\n" << 1;
+        QTest::newRow("fault") << QStringList{"--yes", "2016", "10"} << true << 3 << "" << 2;
+    }
+    void planCommand()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(bool, brokenInterval);
+        QFETCH(int, exitStatus);
+        QFETCH(QString, printed);
+        QFETCH(int, messages);
+        TempData d;
+        addComponent(d.sql(), {key(1)});
+        addPosition(d.sql(), key(1), QStringLiteral("000010"), QStringLiteral("0010"), QStringLiteral("1W"),
+                    QStringLiteral("L"));
+        if (brokenInterval)
+            exec(d.sql(), QStringLiteral("UPDATE Intervalle SET Abstand = 0 WHERE Intervall = '1W'"));
+        std::unique_ptr<Session> s(makeSession(d, QStringLiteral("Administrator")));
+        ScriptedPresenter p;
+        QString out, err;
+        QTextStream o(&out), e(&err);
+        QCOMPARE(zol::planCommand(*s, args, false, &o, &e), exitStatus);
+        QCOMPARE(out, printed);
+        QCOMPARE(err.isEmpty(), exitStatus != 2);
+        QCOMPARE(p.shown().size(), messages);
+        // With --yes the question is shown as a message and not left to the presenter to answer.
+        if (exitStatus == 0 || exitStatus == 3)
+            QCOMPARE(p.shown().first().style, Style::Information);
+        QCOMPARE(countRows(d.sql(), QStringLiteral("Auftrag")), exitStatus == 0 ? 1 : 0);
     }
 };
 
