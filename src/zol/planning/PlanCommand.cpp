@@ -1,6 +1,7 @@
 #include "PlanCommand.h"
 #include "PlanningRun.h"
 #include "zol/core/Messages.h"
+#include "zol/core/Schema.h"
 #include <QTextStream>
 #include <cstdio>
 
@@ -51,8 +52,9 @@ int planCommand(Session &session, const QStringList &args, bool yes, QTextStream
         else
             words << a;
     }
-    // The window takes digits only; so does the command.
-    if (words.size() != 2 || !digitsOnly(words.at(0).trimmed()) || !digitsOnly(words.at(1).trimmed())) {
+    // The window takes digits only, the year as wide as its field; so does the command.
+    if (words.size() != 2 || !digitsOnly(words.at(0).trimmed()) || !digitsOnly(words.at(1).trimmed())
+        || words.at(0).trimmed().size() > Schema::Size(QStringLiteral("Auftrag"), QStringLiteral("Jahr"))) {
         e << "Aufruf: zol plan JAHR WOCHE [--yes]" << Qt::endl;
         return 2;
     }

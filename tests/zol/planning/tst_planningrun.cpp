@@ -379,6 +379,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("messages");
         QTest::newRow("missing week") << QStringList{"2016"} << false << 2 << "" << 0;
         QTest::newRow("week not digits") << QStringList{"2016", "1a"} << false << 2 << "" << 0;
+        QTest::newRow("year wider than its field") << QStringList{"20160", "10"} << false << 2 << "" << 0;
         QTest::newRow("question without --yes") << QStringList{"2016", "10"} << false << 1 << "" << 1;
         QTest::newRow("week 53") << QStringList{"2016", "53", "--yes"} << false << 1 << "" << 1;
         QTest::newRow("planned") << QStringList{"2016", "10", "--yes"} << false << 0
