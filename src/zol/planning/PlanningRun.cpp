@@ -37,7 +37,7 @@ const char *const anyRowSql =
     " AND A.FileIndex = B.TeNummer LIMIT 1";
 
 // Auftrag rows from due instructions, the fields in the order the run fills
-// them; a batch of rows per statement (unused places hold NULL, which
+// them (BetriebszustandXL by the rule of zol::BetriebszustandXL, upper-case R only); a batch of rows per statement (unused places hold NULL, which
 // matches no row). Numbers are stored with a decimal comma in the
 // instruction; a row whose numbers aren't numbers is not written, and the
 // run faults on it.

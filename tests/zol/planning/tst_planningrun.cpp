@@ -188,6 +188,9 @@ private Q_SLOTS:
                     QStringLiteral("K"));   // short-term: not in a week run
         addPosition(db, key(1), QStringLiteral("000010"), QStringLiteral("0050"), QStringLiteral("2W"),
                     QStringLiteral("L"));   // d = 9: not due in week 10
+        addPosition(db, key(1), QStringLiteral("000020"), QStringLiteral("0010"), QStringLiteral("1w"),
+                    QStringLiteral("L"), QStringLiteral("Klemmen"), QStringLiteral(""));   // lower-case code, empty time
+        exec(db, QStringLiteral("UPDATE ProtokollPositionen SET Betriebszustand = 'r' WHERE Objekt = '000020'"));
         addComponent(db, {key(2), QStringLiteral("2015"), QStringLiteral("01"), QStringLiteral("1")});   // Standards
         addPosition(db, key(2), QStringLiteral("000010"), QStringLiteral("0010"), QStringLiteral("1W"),
                     QStringLiteral("L"));
@@ -206,14 +209,16 @@ private Q_SLOTS:
         const PlanResult r = run.run(QStringLiteral("2016"), QStringLiteral("10"));
         QCOMPARE(int(r.outcome), int(PlanResult::Outcome::Planned));
         QCOMPARE(p.texts(), QStringList{askLong10});
-        QCOMPARE(r.count, 1);
+        QCOMPARE(r.count, 2);
         QCOMPARE(status, (QStringList{QString(), QStringLiteral("Woche 10/2016 wird geplant"),
-                                      QStringLiteral("1 langfristige Aufträge geplant. Warte auf Eingaben")}));
+                                      QStringLiteral("2 langfristige Aufträge geplant. Warte auf Eingaben")}));
         QVERIFY(progress.size() >= 2);
         QCOMPARE(progress.last().first, 0);
 
-        QCOMPARE(countRows(db, QStringLiteral("Auftrag")), 1);
-        QSqlQuery q = exec(db, QStringLiteral("SELECT * FROM Auftrag"));
+        QCOMPARE(countRows(db, QStringLiteral("Auftrag")), 2);
+        QCOMPARE(countRows(db, QStringLiteral("Auftrag"), QStringLiteral("Objekt = '000020' AND Intervall = '1w'"
+                                                                         " AND BetriebszustandXL = 'Z' AND PlanZeit = 0")), 1);
+        QSqlQuery q = exec(db, QStringLiteral("SELECT * FROM Auftrag WHERE Objekt = '000010'"));
         QVERIFY(q.next());
         const QList<QPair<QString, QVariant>> expected{
             {"TeIndex", key(1)}, {"Jahr", "2016"}, {"Woche", "10"}, {"Objekt", "000010"}, {"Anweisung", "0010"},
