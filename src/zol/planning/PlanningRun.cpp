@@ -12,7 +12,7 @@ namespace zol {
 
 namespace {
 
-// Runtime fault numbers the legacy arithmetic raised; users know them.
+// Fault numbers of the arithmetic faults, as users know them.
 constexpr int FaultTypeMismatch = 13;
 constexpr int FaultDivisionByZero = 11;
 

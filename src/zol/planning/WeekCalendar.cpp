@@ -108,7 +108,7 @@ IntervalLookup IntervalLookup::load(const QSqlDatabase &db)
 
 void IntervalLookup::addInterval(const QString &code, const QString &typ, double abstand)
 {
-    // Whole numbers as the legacy arithmetic rounded them: half to even.
+    // Rounded to a whole number half to even, as the interval arithmetic always did.
     m_intervals.insert(code.toUpper(), {typ, static_cast<long long>(std::nearbyint(abstand))});
 }
 
