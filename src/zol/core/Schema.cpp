@@ -64,7 +64,10 @@ QList<TableDef> buildTables()
                    T("Option2", 50), T("KeineWartung", 1), T("KeineWartungWocheVon1", 2),
                    T("KeineWartungWocheBis1", 2), T("KeineWartungWocheVon2", 2), T("KeineWartungWocheBis2", 2)},
                   {U({"FileIndex"}), N({"FileAbove", "Text"}), N({"IdentNr"}), N({"FileTyp", "Katalog"})}};
-    t << TableDef{QStringLiteral("ProtokollPositionen"), positionFields(), {U({"TeNummer", "Objekt", "Anweisung"})}};
+    // The second index serves the planning run: the instructions of one kind in
+    // component order, read from the index alone.
+    t << TableDef{QStringLiteral("ProtokollPositionen"), positionFields(),
+                  {U({"TeNummer", "Objekt", "Anweisung"}), N({"Intervalltyp", "TeNummer", "Objekt", "Anweisung", "Intervall"})}};
     t << TableDef{QStringLiteral("ProtokollPositionenBuffer"), positionFields(), {}};
     t << TableDef{QStringLiteral("Intervalle"), {T("Intervall", 5), T("Typ", 1), I("Abstand"), D("HÄufigkeit")},
                   {U({"Intervall"})}};
