@@ -1,6 +1,8 @@
 #include "PositionDialogRules.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include "zol/core/Rights.h"
+#include "zol/structure/Node.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 
@@ -109,8 +111,9 @@ PositionProposal fillPositionForm(const QList<InstructionRow> &rows, int current
     return p;
 }
 
-PositionDialogRules::PositionDialogRules(const QSqlDatabase &db, const QString &teNummer)
-    : m_db(db), m_teNummer(teNummer), m_intervals(db)
+PositionDialogRules::PositionDialogRules(const QSqlDatabase &db, const QString &teNummer, const QString &level)
+    : m_db(db), m_teNummer(teNummer), m_intervals(db),
+      m_readOnly(standardCheckRefuses(level, IsStandard(db, teNummer)))
 {
 }
 
@@ -132,6 +135,8 @@ bool PositionDialogRules::pairExists(const QString &objekt, const QString &anwei
 bool PositionDialogRules::ok(PositionForm &form, int mode, const QList<InstructionRow> &rows,
                              const InstructionRow *current, InstructionRow *written)
 {
+    if (m_readOnly)
+        return false;
     if (form.Anweisung.trimmed().isEmpty())
         return refuse(QStringLiteral("Es wird eine Anweisungs-Nummer erwartet"));
     if (form.Objekt.trimmed().isEmpty())

@@ -38,7 +38,10 @@ PositionProposal fillPositionForm(const QList<InstructionRow> &rows, int current
 // edit, and a head row is not corrected.
 class PositionDialogRules {
 public:
-    PositionDialogRules(const QSqlDatabase &db, const QString &teNummer);
+    // level: the role of the session; a role that may not write the component
+    // (see protocolRights) gets every OK refused without a word, as the window
+    // doesn't offer the dialog to it.
+    PositionDialogRules(const QSqlDatabase &db, const QString &teNummer, const QString &level);
 
     // rows: the window's list (its emptiness decides whether the pair is
     // checked); current: the row edited in mode 0. Returns true when the row
@@ -54,6 +57,7 @@ private:
     QSqlDatabase m_db;
     QString m_teNummer;
     IntervalTable m_intervals;
+    bool m_readOnly = true;
 };
 
 }

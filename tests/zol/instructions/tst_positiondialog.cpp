@@ -93,7 +93,7 @@ private Q_SLOTS:
         QFETCH(QString, message);
         TempData d;
         const QList<InstructionRow> rows = stored(d.sql(), {"000001/0000", "000001/0010", "000001/0011"});
-        PositionDialogRules rules(d.sql(), Comp);
+        PositionDialogRules rules(d.sql(), Comp, QStringLiteral("Administrator"));
         ScriptedPresenter p;
         PositionForm f = fillPositionForm(rows, 1, PositionMode::InsertAfter).form;
         f.Objekt = form[0];
@@ -110,7 +110,7 @@ private Q_SLOTS:
     {
         TempData d;
         QList<InstructionRow> rows = stored(d.sql(), {"000001/0000", "000001/0010"});
-        PositionDialogRules rules(d.sql(), Comp);
+        PositionDialogRules rules(d.sql(), Comp, QStringLiteral("Administrator"));
         ScriptedPresenter p;
 
         PositionForm f = fillPositionForm(rows, 1, PositionMode::InsertAfter).form;
@@ -148,6 +148,13 @@ private Q_SLOTS:
         QCOMPARE(rows[2].Text, QStringLiteral("Riemen 'B' spannen"));
         QCOMPARE(rows[2].Intervall, QStringLiteral("2T"));
         QCOMPARE(rows[2].Ausfuehrender, QStringLiteral("Mechanik"));
+
+        // Outside the plant (no component row counts as a Standard) a User writes nothing.
+        PositionDialogRules user(d.sql(), Comp, QStringLiteral("User"));
+        f = fillPositionForm(rows, 0, PositionMode::InsertBefore).form;
+        f.Anweisung = QStringLiteral("0099");
+        QVERIFY(!user.ok(f, PositionMode::InsertBefore, rows, nullptr));
+        QCOMPARE(countRows(d.sql(), TabPositionen), 3);
     }
 };
 
