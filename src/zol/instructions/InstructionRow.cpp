@@ -40,14 +40,6 @@ const QString &InstructionRow::value(int col) const
     return const_cast<InstructionRow *>(this)->field(col);
 }
 
-bool InstructionRow::operator==(const InstructionRow &o) const
-{
-    for (int c = 0; c < Col::Count; ++c)
-        if (value(c) != o.value(c))
-            return false;
-    return rowId == o.rowId;
-}
-
 InstructionRow newInstructionRow(const QString &teNummer, const QString &wiVerantwortlicher)
 {
     InstructionRow r;

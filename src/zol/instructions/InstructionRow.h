@@ -42,7 +42,6 @@ struct InstructionRow {
     const QString &value(int col) const;
     QString &field(int col);
     void setValue(int col, const QString &v) { field(col) = v; }
-    bool operator==(const InstructionRow &o) const;
 };
 
 // A new instruction row of a component before the user types anything.

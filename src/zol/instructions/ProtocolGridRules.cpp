@@ -79,6 +79,21 @@ void applyCatalogChoice(InstructionRow &row, int col, const QString &text, const
         row.Intervall = standardInterval;
 }
 
+std::optional<QList<int>> shiftSelection(int anchorRow, int endRow, int rowCount, int visibleRows)
+{
+    if (rowCount > visibleRows) {
+        ZeigeMeldung(QStringLiteral("Leider ist ein Markieren mit der Shift-Taste nicht möglich, wenn die Anzahl der "
+                                    "Positionen größer ist als die Anzahl der sichtbaren Zeilen. Bitte benutzen Sie "
+                                    "die Strg-Taste, um die gewünschten Positionen einzeln zu markieren."),
+                     Style::Information);
+        return std::nullopt;
+    }
+    QList<int> rows;
+    for (int r = qMax(anchorRow, 0); r <= endRow && r < rowCount; ++r)
+        rows << r;
+    return rows;
+}
+
 ProtocolGrid::ProtocolGrid(const QSqlDatabase &db, const QString &teNummer, const QString &level)
     : m_db(db), m_teNummer(teNummer), m_level(level)
 {

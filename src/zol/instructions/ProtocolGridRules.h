@@ -3,6 +3,7 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
+#include <optional>
 
 namespace zol {
 
@@ -26,6 +27,11 @@ bool showColumnHint(int col);
 // Puts a catalog's choice into the row: a non-empty text into the column and,
 // for the instruction texts, a non-empty standard interval into Intervall.
 void applyCatalogChoice(InstructionRow &row, int col, const QString &text, const QString &standardInterval = {});
+
+// Selection with Shift from the anchor row to the clicked row. Refused with
+// its message (nothing returned) when the list is longer than the grid shows;
+// otherwise the rows from anchor to end, none when the end lies above.
+std::optional<QList<int>> shiftSelection(int anchorRow, int endRow, int rowCount, int visibleRows);
 
 // The answer of the column rule for a left cell. On a refusal the message has
 // been shown; the cell keeps the focus and shows cellText.

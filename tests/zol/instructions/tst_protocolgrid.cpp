@@ -336,7 +336,16 @@ private Q_SLOTS:
         QCOMPARE(row.Intervall, QStringLiteral("3M"));
         applyCatalogChoice(row, Col::Materialcode, QString());
         QCOMPARE(row.Materialcode, QString());
-        QCOMPARE(catalogTableForColumn(Col::Ausfuehrender), QStringLiteral("Gewerke"));
+    }
+
+    void shiftSelectionNeedsAllRowsVisible()
+    {
+        ScriptedPresenter p;
+        QCOMPARE(shiftSelection(1, 3, 5, 10), std::optional<QList<int>>(QList<int>{1, 2, 3}));
+        QCOMPARE(shiftSelection(3, 1, 5, 10), std::optional<QList<int>>(QList<int>{}));
+        QVERIFY(p.texts().isEmpty());
+        QVERIFY(!shiftSelection(0, 2, 11, 10));
+        QVERIFY(p.lastText().startsWith("Leider ist ein Markieren mit der Shift-Taste nicht möglich"));
     }
 };
 
