@@ -51,7 +51,10 @@ int startWindows(const QString &dataDir, const QString &user)
     std::unique_ptr<frmMain> main;
     zol::StartHooks hooks;
     hooks.showLogin = [&user](zol::Session &s) {
-        // Replaced by the login window: name from --user or $ZOL_USER, password from $ZOL_PASSWORD.
+        // Replaced by the login window: name from --user or $ZOL_USER, password from $ZOL_PASSWORD;
+        // without a name it ends like a cancelled login.
+        if (user.isEmpty())
+            return false;
         return zolapp::plainLogin(s, user, qEnvironmentVariable("ZOL_PASSWORD"));
     };
     hooks.loadOptions = [](zol::Session &) {};   // LadeOptionen

@@ -10,7 +10,11 @@ frmSplash::frmSplash(QWidget *parent) : QWidget(parent, Qt::SplashScreen | Qt::F
     ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
     ui->lblVersion->setText(versionText());
-    ui->Image1->setPixmap(style()->standardIcon(QStyle::SP_ComputerIcon).pixmap(96, 96));
+    QFont gear = ui->Image1->font();
+    gear.setPointSize(64);
+    ui->Image1->setFont(gear);
+    ui->Image1->setStyleSheet(QStringLiteral("color: #44546a"));
+    ui->Image1->setText(QStringLiteral("\u2699"));
     Timer1.setInterval(400);
     connect(&Timer1, &QTimer::timeout, this, [this] { ui->lblLoading->setVisible(!ui->lblLoading->isVisible()); });
     Timer1.start();
