@@ -49,17 +49,24 @@ Startup::Result Startup::run(const QDate &today, const StartHooks &hooks)
     }
 
     Login &login = m_session->login();
-    login.LoginSucceeded = hooks.showLogin ? hooks.showLogin(*m_session) : false;
-    if (!login.LoginSucceeded) {
+    try {
+        login.LoginSucceeded = hooks.showLogin ? hooks.showLogin(*m_session) : false;
+        if (!login.LoginSucceeded) {
+            m_database->close();
+            return Result::LoginCancelled;
+        }
+        if (hooks.loadOptions)
+            hooks.loadOptions(*m_session);
+        if (hooks.showMain)
+            hooks.showMain(*m_session);
+        if (hooks.showFirstTime && FirstTime(login.UserName))
+            hooks.showFirstTime(*m_session);
+    } catch (const Fault &f) {
+        // A fault while reading the users or the options ends the start with its message.
         m_database->close();
-        return Result::LoginCancelled;
+        ZeigeMeldung(faultText(f), Style::Critical);
+        return Result::Failed;
     }
-    if (hooks.loadOptions)
-        hooks.loadOptions(*m_session);
-    if (hooks.showMain)
-        hooks.showMain(*m_session);
-    if (hooks.showFirstTime && FirstTime(login.UserName))
-        hooks.showFirstTime(*m_session);
     return Result::Started;
 }
 

@@ -1,4 +1,5 @@
 #include "support/TestSupport.h"
+#include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Sql.h"
@@ -186,6 +187,21 @@ private Q_SLOTS:
         QCOMPARE(messages.lastStyle(), int(Style::Critical));
         QVERIFY2(messages.lastText().startsWith("Fehler Nummer: "), qPrintable(messages.lastText()));
         QVERIFY(messages.lastText().contains(".  Beschreibung: "));
+    }
+
+    void faultInOptionsEndsTheStart()
+    {
+        TempData d;
+        d.closeDatabase();
+        ScriptedPresenter messages;
+        Recorder r;
+        StartHooks h = r.hooks();
+        h.loadOptions = [](Session &) { throw Fault(FaultNo::TableMissing, "Tabelle fehlt"); };
+        Startup start(d.dir());
+        QCOMPARE(start.run(Nov2026, h), Startup::Result::Failed);
+        QCOMPARE(r.calls, QStringList{"login"});
+        QCOMPARE(messages.texts(), QStringList{"Fehler Nummer: 3078.  Beschreibung: Tabelle fehlt"});
+        QVERIFY(!start.database().isLocked());
     }
 
     void firstTimeIsPerUser()
