@@ -1,8 +1,132 @@
+#include "Commands.h"
+#include "gui/core/frmFirstTime.h"
+#include "gui/core/frmSplash.h"
+#include "gui/structure/frmMain.h"
+#include "zol/core/Messages.h"
+#include "zol/core/Settings.h"
+#include "zol/core/Startup.h"
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QDate>
+#include <QMessageBox>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+// Shows the messages of the windows' session until the message window takes over.
+class WindowPresenter : public zol::MessagePresenter {
+public:
+    int present(const QString &text, int style) override
+    {
+        QMessageBox box(QApplication::activeWindow());
+        box.setWindowTitle(QStringLiteral("ZOL"));
+        box.setText(text);
+        switch (style) {
+        case zol::Style::Critical: box.setIcon(QMessageBox::Critical); break;
+        case zol::Style::Exclamation: box.setIcon(QMessageBox::Warning); break;
+        case zol::Style::YesNo: box.setIcon(QMessageBox::Question); break;
+        default: box.setIcon(QMessageBox::Information); break;
+        }
+        if (style == zol::Style::YesNo) {
+            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+            return box.exec() == QMessageBox::Yes ? zol::Answer::Yes : zol::Answer::No;
+        }
+        if (style == zol::Style::OkCancel) {
+            box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+            return box.exec() == QMessageBox::Ok ? zol::Answer::Ok : zol::Answer::Cancel;
+        }
+        box.exec();
+        return zol::Answer::Ok;
+    }
+};
+
+// The start with windows: data file, monthly copy, login, options, main window with splash, first-time window.
+int startWindows(const QString &dataDir, const QString &user)
+{
+    static WindowPresenter presenter;
+    zol::installPresenter(&presenter);
+
+    zol::Startup startup(dataDir);
+    std::unique_ptr<frmMain> main;
+    zol::StartHooks hooks;
+    hooks.showLogin = [&user](zol::Session &s) {
+        // Replaced by the login window: name from --user or $ZOL_USER, password from $ZOL_PASSWORD;
+        // without a name it ends like a cancelled login.
+        if (user.isEmpty())
+            return false;
+        return zolapp::plainLogin(s, user, qEnvironmentVariable("ZOL_PASSWORD"));
+    };
+    hooks.loadOptions = [](zol::Session &) {};   // LadeOptionen
+    hooks.showMain = [&main](zol::Session &s) {
+        frmSplash splash;
+        splash.show();
+        splash.repaint();
+        main = std::make_unique<frmMain>(s);
+        splash.hold();
+        main->zeig();
+    };
+    hooks.showFirstTime = [&main](zol::Session &s) {
+        auto *w = new frmFirstTime(s, main.get());
+        w->show();
+    };
+    switch (startup.run(QDate::currentDate(), hooks)) {
+    case zol::Startup::Result::Started: break;
+    case zol::Startup::Result::LoginCancelled: return zolapp::Exit::Done;
+    case zol::Startup::Result::Failed: return zolapp::Exit::Fault;
+    }
+    const int rc = QApplication::exec();
+    main.reset();
+    return rc;
+}
+
+}
 
 int main(int argc, char **argv)
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("ZOL"));
-    return 0;
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(zolapp::usageText());
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption data(QStringLiteral("data"), QStringLiteral("Ordner der Datendatei"), QStringLiteral("DIR"));
+    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("Benutzername"), QStringLiteral("NAME"));
+    const QCommandLineOption settings(QStringLiteral("settings"), QStringLiteral("Datei der Benutzereinstellungen"),
+                                      QStringLiteral("FILE"));
+    const QCommandLineOption yes(QStringLiteral("yes"), QStringLiteral("Fragen mit Ja beantworten"));
+    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Hilfe"));
+    parser.addOptions({data, user, settings, yes, help});
+    if (!parser.parse(arguments)) {
+        std::cerr << qPrintable(parser.errorText()) << '\n' << qPrintable(zolapp::usageText());
+        return zolapp::Exit::Usage;
+    }
+    if (parser.isSet(help)) {
+        std::cout << qPrintable(zolapp::usageText());
+        return zolapp::Exit::Done;
+    }
+    if (parser.isSet(settings))
+        zol::setSettingsFile(parser.value(settings));
+
+    zolapp::CommandContext ctx;
+    ctx.dataDir = parser.value(data);
+    ctx.user = parser.isSet(user) ? parser.value(user) : qEnvironmentVariable("ZOL_USER");
+    QStringList positional = parser.positionalArguments();
+    // A batch command needs no display.
+    std::unique_ptr<QCoreApplication> app;
+    if (positional.isEmpty())
+        app = std::make_unique<QApplication>(argc, argv);
+    else
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ZOL"));
+    QCoreApplication::setApplicationVersion(
+        QStringLiteral("%1.%2.%3").arg(ZOL_VERSION_MAJOR).arg(ZOL_VERSION_MINOR).arg(ZOL_VERSION_PATCH));
+    if (positional.isEmpty())
+        return startWindows(ctx.dataDir, ctx.user);
+
+    zolapp::installBatchPresenter(parser.isSet(yes));
+    const QString command = positional.takeFirst();
+    ctx.args = positional;
+    return zolapp::runCommand(command, ctx);
 }
