@@ -4,6 +4,11 @@
 #include "zol/core/Passwords.h"
 #include "zol/core/Sql.h"
 #include "zol/structure/DemoPlant.h"
+#include "zol/core/BatchPresenter.h"
+#include "zol/core/Options.h"
+#include "zol/core/Users.h"
+#include "zol/planning/PlanCommand.h"
+#include <memory>
 #include <QCommandLineParser>
 #include <QDate>
 #include <QFile>
@@ -19,6 +24,7 @@ const QList<Command> &commandTable()
 {
     static const QList<Command> table = {
         {QStringLiteral("init"), QStringLiteral("init [--demo] [--admin NAME]   neue Datendatei anlegen"), &cmdInit},
+        {QStringLiteral("plan"), QStringLiteral("plan JAHR WOCHE [--yes]        Woche planen (00: kurzfristige Aufträge)"), &cmdPlan},
     };
     return table;
 }
@@ -63,29 +69,22 @@ QString batchPassword(const QString &prompt)
     return QString::fromStdString(line);
 }
 
-bool plainLogin(zol::Session &session, const QString &user, const QString &password)
+bool batchLogin(zol::Session &session, const QString &user, const QString &password)
 {
-    using namespace zol;
-    QSqlQuery q = exec(session.db(), QStringLiteral("SELECT \"Paßwort\", Level FROM \"User\" WHERE Name = ?"), {user});
-    if (user.isEmpty() || !q.next()) {
-        ZeigeMeldung(QStringLiteral("Dieser Benutzer ist nicht registriert"), Style::Exclamation);
+    zol::beginLogin(session.login());
+    const zol::LoginStep step = zol::loginOK(session, user, password);
+    if (step.result != zol::LoginResult::Succeeded)
         return false;
-    }
-    if (!checkPassword(q.value(0).toString(), password).matches) {
-        ZeigeMeldung(QStringLiteral("Falsches Passwort"), Style::Exclamation);
-        return false;
-    }
-    Login &login = session.login();
-    login.UserName = user;
-    login.Level = q.value(1).toString();
+    zol::InitUserLevel(session.login());
     return true;
 }
 
 int openBatchSession(zol::Startup &startup, const CommandContext &ctx)
 {
     zol::StartHooks hooks;
+    hooks.loadOptions = [](zol::Session &s) { zol::LadeOptionen(s); };
     hooks.showLogin = [&ctx](zol::Session &s) {
-        return plainLogin(s, ctx.user, batchPassword(QStringLiteral("Passwort für %1: ").arg(ctx.user)));
+        return batchLogin(s, ctx.user, batchPassword(QStringLiteral("Passwort für %1: ").arg(ctx.user)));
     };
     switch (startup.run(QDate::currentDate(), hooks)) {
     case zol::Startup::Result::Started: return Exit::Done;
@@ -95,29 +94,10 @@ int openBatchSession(zol::Startup &startup, const CommandContext &ctx)
     return Exit::Fault;
 }
 
-namespace {
-class TerminalPresenter : public zol::MessagePresenter {
-public:
-    explicit TerminalPresenter(bool yes) : m_yes(yes) {}
-    int present(const QString &text, int style) override
-    {
-        QTextStream(style == zol::Style::Information ? stdout : stderr) << text << Qt::endl;
-        if (style == zol::Style::YesNo)
-            return m_yes ? zol::Answer::Yes : zol::Answer::No;
-        if (style == zol::Style::OkCancel)
-            return m_yes ? zol::Answer::Ok : zol::Answer::Cancel;
-        return zol::Answer::Ok;
-    }
-
-private:
-    bool m_yes;
-};
-}
-
 void installBatchPresenter(bool yes)
 {
-    static TerminalPresenter presenter(yes);
-    zol::installPresenter(&presenter);
+    static std::unique_ptr<zol::BatchPresenter> presenter;
+    presenter = std::make_unique<zol::BatchPresenter>(yes);
 }
 
 int cmdInit(CommandContext &ctx)
@@ -167,6 +147,15 @@ int cmdInit(CommandContext &ctx)
     }
     QTextStream(stdout) << QStringLiteral("Datendatei angelegt: %1").arg(db.filePath()) << Qt::endl;
     return Exit::Done;
+}
+
+int cmdPlan(CommandContext &ctx)
+{
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return zol::planCommand(startup.session(), ctx.args, ctx.yes);
 }
 
 }

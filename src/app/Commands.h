@@ -19,6 +19,7 @@ struct CommandContext {
     QString dataDir;    // --data, may be empty
     QString user;       // --user, else $ZOL_USER
     QStringList args;   // what follows the command's name
+    bool yes = false;   // --yes before the command: questions are answered Yes
 };
 
 struct Command {
@@ -36,9 +37,9 @@ int runCommand(const QString &name, CommandContext &ctx);
 // without echo, else empty.
 QString batchPassword(const QString &prompt);
 
-// The login used until the login window and its routine are wired in: checks
-// name and password against the table User and fills the login object.
-bool plainLogin(zol::Session &session, const QString &user, const QString &password);
+// The login of a batch command: one try with the login window's rules, then
+// the role takes its session form.
+bool batchLogin(zol::Session &session, const QString &user, const QString &password);
 
 // A batch command's session: lock, monthly copy, login, options, as the windows
 // start does. Returns Exit::Done when the session is open.
@@ -49,5 +50,6 @@ int openBatchSession(zol::Startup &startup, const CommandContext &ctx);
 void installBatchPresenter(bool yes);
 
 int cmdInit(CommandContext &ctx);
+int cmdPlan(CommandContext &ctx);
 
 }

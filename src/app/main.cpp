@@ -1,5 +1,10 @@
 #include "Commands.h"
+#include "gui/core/GuiPresenter.h"
 #include "gui/core/frmFirstTime.h"
+#include "gui/core/frmLogin.h"
+#include "gui/print/PrinterFWindow.h"
+#include "zol/core/Options.h"
+#include "zol/print/PrinterF.h"
 #include "gui/core/frmSplash.h"
 #include "gui/structure/frmMain.h"
 #include "zol/core/Messages.h"
@@ -8,61 +13,31 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDate>
-#include <QMessageBox>
 #include <iostream>
 #include <memory>
 
 namespace {
 
-// Shows the messages of the windows' session until the message window takes over.
-class WindowPresenter : public zol::MessagePresenter {
-public:
-    int present(const QString &text, int style) override
-    {
-        QMessageBox box(QApplication::activeWindow());
-        box.setWindowTitle(QStringLiteral("ZOL"));
-        box.setText(text);
-        switch (style) {
-        case zol::Style::Critical: box.setIcon(QMessageBox::Critical); break;
-        case zol::Style::Exclamation: box.setIcon(QMessageBox::Warning); break;
-        case zol::Style::YesNo: box.setIcon(QMessageBox::Question); break;
-        default: box.setIcon(QMessageBox::Information); break;
-        }
-        if (style == zol::Style::YesNo) {
-            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-            return box.exec() == QMessageBox::Yes ? zol::Answer::Yes : zol::Answer::No;
-        }
-        if (style == zol::Style::OkCancel) {
-            box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-            return box.exec() == QMessageBox::Ok ? zol::Answer::Ok : zol::Answer::Cancel;
-        }
-        box.exec();
-        return zol::Answer::Ok;
-    }
-};
-
 // The start with windows: data file, monthly copy, login, options, main window with splash, first-time window.
 int startWindows(const QString &dataDir, const QString &user)
 {
-    static WindowPresenter presenter;
-    zol::installPresenter(&presenter);
+    static GuiPresenter presenter;
 
     zol::Startup startup(dataDir);
     std::unique_ptr<frmMain> main;
     zol::StartHooks hooks;
     hooks.showLogin = [&user](zol::Session &s) {
-        // Replaced by the login window: name from --user or $ZOL_USER, password from $ZOL_PASSWORD;
-        // without a name it ends like a cancelled login.
-        if (user.isEmpty())
-            return false;
-        return zolapp::plainLogin(s, user, qEnvironmentVariable("ZOL_PASSWORD"));
+        frmLogin login(s);
+        login.setUserName(user);
+        return login.zeig();
     };
-    hooks.loadOptions = [](zol::Session &) {};   // LadeOptionen
+    hooks.loadOptions = [](zol::Session &s) { zol::LadeOptionen(s); };
     hooks.showMain = [&main](zol::Session &s) {
         frmSplash splash;
         splash.show();
         splash.repaint();
         main = std::make_unique<frmMain>(s);
+        zol::installPrinting(zol::PrinterF::instance(), s.options(), main.get());
         splash.hold();
         main->zeig();
     };
@@ -128,5 +103,6 @@ int main(int argc, char **argv)
     zolapp::installBatchPresenter(parser.isSet(yes));
     const QString command = positional.takeFirst();
     ctx.args = positional;
+    ctx.yes = parser.isSet(yes);
     return zolapp::runCommand(command, ctx);
 }

@@ -22,6 +22,14 @@ frmLogin::frmLogin(zol::Session &session, QWidget *parent)
 
 frmLogin::~frmLogin() = default;
 
+void frmLogin::setUserName(const QString &name)
+{
+    if (name.isEmpty())
+        return;
+    ui->txtUserName->setText(name);
+    ui->txtPassword->setFocus();
+}
+
 bool frmLogin::zeig()
 {
     exec();

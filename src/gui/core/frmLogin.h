@@ -20,6 +20,8 @@ public:
 
     // Shows the window modally; true when the user is logged in.
     bool zeig();
+    // Fills in a name given on the command line; the password is asked next.
+    void setUserName(const QString &name);
 
     void reject() override;
 

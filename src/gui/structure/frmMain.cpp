@@ -1,4 +1,9 @@
 #include "frmMain.h"
+#include "gui/core/frmOptions.h"
+#include "gui/core/frmPasswort.h"
+#include "gui/core/frmUser.h"
+#include "gui/planning/frmAuftragsplanung.h"
+#include "zol/core/Users.h"
 #include "ui_frmMain.h"
 #include "gui/core/frmAbout.h"
 #include "gui/core/frmFirstTime.h"
@@ -31,6 +36,9 @@ frmMain::frmMain(zol::Session &session, QWidget *parent)
     buildMenus();
     buildToolbar();
     buildPopups();
+    // The role decides which user menu the window offers, and takes its session form here.
+    const zol::UserMenus menus = zol::InitUserLevel(m_session.login());
+    applyUserMenus(menus.mnuViewUser, menus.mnuViewPasswort);
 
     // The two top nodes are not rows of the plant; their keys are ten characters like a FileIndex.
     auto *rund = new QTreeWidgetItem(ui->tvTreeView, {zol::gStrWIRundgang});
@@ -104,7 +112,7 @@ void frmMain::buildMenus()
           {"mnuEditDSelectAll", "Alles &markieren", N},
           {"mnuEditInvertSelection", "Auswahl &umkehren", N}}},
         {"mnuAuftrag", "A&ufträge",
-         {{"mnuAuftragGenerieren", "&Planung", N},
+         {{"mnuAuftragGenerieren", "&Planung", Run::Planning},
           {"mnuAufträgeRückmeldungen", "&Rückmeldungen", N},
           {"", "", N},
           {"mnuAufträgeISAuftragErstellen", "IS-Auftrag &erstellen", N},
@@ -143,9 +151,9 @@ void frmMain::buildMenus()
           {"", "", N},
           {"mnuViewRefresh", "&Aktualisieren", Run::Refresh},
           {"", "", N},
-          {"mnuViewOptions", "&Optionen...", N},
-          {"mnuViewUser", "&User", N},
-          {"mnuViewPaßwort", "&Passwort ändern", N},
+          {"mnuViewOptions", "&Optionen...", Run::Options},
+          {"mnuViewUser", "&User", Run::Users},
+          {"mnuViewPaßwort", "&Passwort ändern", Run::Password},
           {"", "", N},
           {"mnuViewBild01", "Bild &1", N},
           {"mnuViewBild02", "Bild &2", N},
@@ -200,7 +208,7 @@ void frmMain::buildToolbar()
         {"ausschneiden", "Ausschneiden", SP::SP_DialogDiscardButton, Run::NotYet, 0},
         {"kopieren", "Kopieren", SP::SP_FileIcon, Run::NotYet, 0},
         {"einfügen", "Einfügen", SP::SP_DialogSaveButton, Run::NotYet, 0},
-        {"AufträgeGenerieren", "Planung", SP::SP_FileDialogContentsView, Run::NotYet, 0},
+        {"AufträgeGenerieren", "Planung", SP::SP_FileDialogContentsView, Run::Planning, 0},
         {"Rückmeldungen", "Rückmeldungen", SP::SP_DialogApplyButton, Run::NotYet, 0},
         {"AnsichtStruktur", "Strukturansicht", SP::SP_DirIcon, Run::ViewMode, 0},
         {"AnsichtSuch", "Suchansicht", SP::SP_FileDialogDetailedView, Run::ViewMode, 1},
@@ -301,7 +309,52 @@ void frmMain::perform(Run run, int arg)
         break;
     case Run::Refresh:
         break;
+    case Run::Planning:
+        openPlanning();
+        break;
+    case Run::Options:
+        openOptions();
+        break;
+    case Run::Users: {
+        frmUser users(m_session, this);
+        connect(&users, &frmUser::ownEntryChanged, this, &frmMain::applyUserMenus);
+        users.zeig();
+        break;
     }
+    case Run::Password: {
+        frmPasswort password(m_session, this);
+        password.zeig();
+        break;
+    }
+    }
+}
+
+void frmMain::applyUserMenus(bool userMenu, bool passwordMenu)
+{
+    findChild<QAction *>(QStringLiteral("mnuViewUser"))->setVisible(userMenu);
+    findChild<QAction *>(QStringLiteral("mnuViewPaßwort"))->setVisible(passwordMenu);
+}
+
+void frmMain::openPlanning()
+{
+    // One planning window at a time; a second command brings it to the front.
+    if (!m_planning) {
+        auto *w = new frmAuftragsplanung(m_session, this);
+        w->setWindowFlag(Qt::Window);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        m_planning = w;
+        w->zeig();
+    }
+    m_planning->show();
+    m_planning->raise();
+    m_planning->activateWindow();
+}
+
+void frmMain::openOptions()
+{
+    frmOptions options(m_session, this);
+    options.exec();
+    // The list columns follow the options once the list is built on them.
 }
 
 void frmMain::setViewMode(int mode)

@@ -1,6 +1,7 @@
 #pragma once
 #include "zol/core/Session.h"
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
 namespace Ui { class frmMain; }
@@ -27,7 +28,10 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    enum class Run { NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh };
+    enum class Run {
+        NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
+        Planning, Options, Users, Password
+    };
     struct Entry {
         const char *name;    // objectName; empty for a separator
         const char *caption;
@@ -42,6 +46,9 @@ private:
     void setViewMode(int mode);
     void restoreWindowState();
     void saveWindowState();
+    void applyUserMenus(bool userMenu, bool passwordMenu);
+    void openPlanning();
+    void openOptions();
 
     std::unique_ptr<Ui::frmMain> ui;
     zol::Session &m_session;
@@ -50,4 +57,5 @@ private:
     QActionGroup *m_viewButtons = nullptr;
     int m_viewMode = 0;
     int m_savedState = 2;
+    QPointer<QWidget> m_planning;
 };
