@@ -143,12 +143,18 @@ private Q_SLOTS:
             QVERIFY(editor);
             editor->setText(QStringLiteral("Ventil 'A' prüfen"));
             QTest::keyClick(editor, Qt::Key_Return);
+            QTRY_VERIFY(listEntry(list, QStringLiteral("Ventil 'A' prüfen")));
+            // On the empty tree a new folder goes to the top level.
+            trigger(&w, "mnuPopUpTv2NeuerOrdner");
+            auto *tree = w.findChild<QTreeWidget *>(QStringLiteral("tvTreeView"));
+            QCOMPARE(tree->topLevelItemCount(), 3);
+            QCOMPARE(tree->currentItem()->text(0), QStringLiteral("Ordner(1)"));
+            QVERIFY(!tree->currentItem()->parent());
             w.close();
         });
         QCOMPARE(scalar(f.data.sql(), QStringLiteral("SELECT Text FROM Texte WHERE FileAbove = ? AND FileTyp = 'F'"),
                         {f.key["Ventile"]}).toString(),
                  QStringLiteral("Ventil 'A' prüfen"));
-        QVERIFY(listEntry(list, QStringLiteral("Ventil 'A' prüfen")));
         // Placement and widths went to the catalog's section.
         const QString sec = QStringLiteral("Anna\\env\\'Anweisung'");
         QVERIFY(!GetSetting(sec, QStringLiteral("SpaltenBreite_2")).isEmpty());
@@ -210,6 +216,16 @@ private Q_SLOTS:
             w.close();
         });
         QVERIFY(QFile::exists(path));
+
+        Catalog material(f.session, *catalogKindOfTable(QStringLiteral("Material")));
+        material.Init();
+        frmKatalogEigenschaften dialog(material);
+        const QString k = NeuerFileIndex(f.data.sql(), QStringLiteral("Material"));
+        exec(f.data.sql(), QStringLiteral("INSERT INTO Material VALUES (?, 'ROOT', 'F', 'M6x20', 'Sechskantschraube verzinkt')"), {k});
+        QVERIFY(dialog.fill(k));
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        dialog.grab().save(path + QStringLiteral(".eigenschaften.png"));
     }
 };
 

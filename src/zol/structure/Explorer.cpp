@@ -597,9 +597,10 @@ QString CopyEntry(const QSqlDatabase &db, const QString &oldKey, const QString &
 
 namespace {
 // INSERT ... SELECT of one row of a table with FileIndex, FileAbove, Text (and
-// in the plant Katalog) bound in the order of the fields, IdentNr emptied, every
-// other field copied. A catalog copies the fields its table has in the file.
-QString copyRowSql(const QSqlDatabase &db, const ExplorerTable &table)
+// in the plant Katalog) bound, IdentNr emptied, every other field copied. A
+// catalog copies the fields its table has in the file. `bound` receives the
+// upper-case names of the bound fields in the order of their marks.
+QString copyRowSql(const QSqlDatabase &db, const ExplorerTable &table, QStringList &bound)
 {
     QStringList fields;
     if (table.plant) {
@@ -614,8 +615,10 @@ QString copyRowSql(const QSqlDatabase &db, const ExplorerTable &table)
         cols << ident(f);
         const QString u = f.toUpper();
         if (u == QLatin1String("FILEINDEX") || u == QLatin1String("FILEABOVE") || u == QLatin1String("TEXT")
-            || (table.plant && u == QLatin1String("KATALOG")))
+            || (table.plant && u == QLatin1String("KATALOG"))) {
             sel << QStringLiteral("?");
+            bound << u;
+        }
         else if (table.plant && u == QLatin1String("IDENTNR"))
             sel << QStringLiteral("''");
         else
@@ -653,7 +656,8 @@ QString CopyEntry(const QSqlDatabase &db, const ExplorerTable &table, const QStr
 
     Transaction tx(db);
     const QString katalog = table.plant ? katalogForPath(FullPath(db, targetKey)) : QString();
-    Statement insert(db, copyRowSql(db, table));
+    QStringList bound;
+    Statement insert(db, copyRowSql(db, table, bound));
     QSet<QString> done;
     QString topKey;
     std::function<void(const Row &, const QString &, const QString &)> copy =
@@ -662,14 +666,16 @@ QString CopyEntry(const QSqlDatabase &db, const ExplorerTable &table, const QStr
             const QString newKey = NeuerFileIndex(db, table.name);
             if (topKey.isEmpty())
                 topKey = newKey;
-            // Bound in the order of the fields: FileIndex, FileAbove, Katalog, Text.
-            if (table.plant) {
-                insert.run({newKey, parent, katalog, name, r.key});
-                if (r.typ == FileTypFile)
-                    CopyTePositionenNeu(db, r.key, newKey);
-            } else {
-                insert.run({newKey, parent, name, r.key});
-            }
+            QVariantList values;
+            for (const QString &f : bound)
+                values << (f == QLatin1String("FILEINDEX") ? newKey
+                           : f == QLatin1String("FILEABOVE") ? parent
+                           : f == QLatin1String("KATALOG")   ? katalog
+                                                             : name);
+            values << r.key;
+            insert.run(values);
+            if (table.plant && r.typ == FileTypFile)
+                CopyTePositionenNeu(db, r.key, newKey);
             for (const Row &c : kids.value(r.key))
                 if (!done.contains(c.key))
                     copy(c, newKey, c.text);
