@@ -6,6 +6,7 @@
 #include "zol/core/Schema.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Sql.h"
+#include "zol/print/PrinterF.h"
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
@@ -226,6 +227,13 @@ private Q_SLOTS:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         dialog.grab().save(path + QStringLiteral(".eigenschaften.png"));
+
+        PdfPreviewPresenter pdf(path + QStringLiteral(".pdf"));
+        installPreviewPresenter(&pdf);
+        PrinterF printer;
+        w.catalog().Drucken(printer, true, {}, true);
+        installPreviewPresenter(nullptr);
+        QVERIFY(pdf.written());
     }
 };
 

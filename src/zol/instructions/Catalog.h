@@ -1,6 +1,7 @@
 #pragma once
 #include "zol/core/Session.h"
 #include "zol/structure/Explorer.h"
+#include <QDate>
 #include <QList>
 #include <QString>
 #include <QStringList>
