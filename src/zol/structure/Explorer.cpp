@@ -5,12 +5,13 @@
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include "zol/instructions/Positions.h"
+#include <QSqlRecord>
 
 namespace zol {
 
 namespace {
 
-const QString kTable = QStringLiteral("ProtokollKopf");
+const ExplorerTable kPlant = ExplorerTable::plantTree();
 
 // The status line shows what runs, and is cleared when it ends however it ends.
 class StatusScope {
@@ -44,10 +45,12 @@ Node nodeFromQuery(const QSqlQuery &q)
 // Names compare as UCase compares them: umlauts too, which SQLite's NOCASE doesn't fold.
 QString fold(const QString &name) { return name.toUpper(); }
 
-QSet<QString> shownNamesOf(const QSqlDatabase &db, const QString &folderKey)
+QString tableSql(const ExplorerTable &table) { return ident(table.name); }
+
+QSet<QString> shownNamesOf(const QSqlDatabase &db, const ExplorerTable &table, const QString &folderKey)
 {
     QSet<QString> names;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp IN ('O','F')"),
+    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM %1 WHERE FileAbove = ? AND FileTyp IN ('O','F')").arg(tableSql(table)),
                        {folderKey});
     while (q.next()) {
         const QString t = q.value(0).toString();
@@ -62,16 +65,31 @@ bool isPrivileged(const Login &login)
     return login.Level == QLatin1String("Administrator") || login.Level == QLatin1String("Master");
 }
 
-QString editRefusal(const QSqlDatabase &db, const QString &key)
+// Only an Auswerter or a Werker is barred from a catalog.
+bool roleRefuses(const Login &login)
 {
-    return isStandardKey(db, key) ? QStringLiteral("Sie sind nicht berechtigt, Standards zu editieren")
-                                  : QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren");
+    return !isPrivileged(login)
+        && (login.Level == QLatin1String("Auswerter") || login.Level == QLatin1String("Werker"));
+}
+
+// What the explorer needs of a row, in either kind of table.
+struct RowHead {
+    QString FileIndex, FileAbove, FileTyp, Text;
+};
+
+std::optional<RowHead> loadHead(const QSqlDatabase &db, const ExplorerTable &table, const QString &key)
+{
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, FileTyp, Text FROM %1 WHERE FileIndex = ?").arg(tableSql(table)),
+                       {key});
+    if (!q.next())
+        return std::nullopt;
+    return RowHead{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString()};
 }
 
 // True when `ancestor` lies on the way from `key` up to the top (key itself excluded).
-bool isBelow(const QSqlDatabase &db, const QString &key, const QString &ancestor)
+bool isBelow(const QSqlDatabase &db, const ExplorerTable &table, const QString &key, const QString &ancestor)
 {
-    Statement up(db, QStringLiteral("SELECT FileAbove FROM ProtokollKopf WHERE FileIndex = ?"));
+    Statement up(db, QStringLiteral("SELECT FileAbove FROM %1 WHERE FileIndex = ?").arg(tableSql(table)));
     QSet<QString> seen{key};
     QString k = key;
     for (;;) {
@@ -90,8 +108,11 @@ bool isBelow(const QSqlDatabase &db, const QString &key, const QString &ancestor
 
 // The subtree of a key (the key included), each row once even in a damaged
 // chain that runs in a circle.
-const char *const kSubtree =
-    "WITH RECURSIVE sub(k) AS (SELECT ? UNION SELECT p.FileIndex FROM ProtokollKopf p JOIN sub ON p.FileAbove = sub.k) ";
+QString subtreeSql(const ExplorerTable &table)
+{
+    return QStringLiteral("WITH RECURSIVE sub(k) AS (SELECT ? UNION SELECT p.FileIndex FROM %1 p JOIN sub ON p.FileAbove = sub.k) ")
+        .arg(tableSql(table));
+}
 
 }   // namespace
 
@@ -124,6 +145,21 @@ QString ExplorerTree::fullPath(const QString &key) const
     return parts.join(QLatin1Char('\\'));
 }
 
+QStringList ExplorerTree::walkFrom() const
+{
+    return m_plant ? QStringList{RootProtok, RootKatalo} : QStringList{CatalogRoot};
+}
+
+QStringList ExplorerTree::topKeys() const
+{
+    if (m_plant)
+        return {RootProtok, RootKatalo};
+    QStringList out;
+    for (const TreeNode &n : m_children.value(CatalogRoot))
+        out << n.FileIndex;
+    return out;
+}
+
 QStringList ExplorerTree::keysInOrder() const
 {
     QStringList out;
@@ -134,22 +170,25 @@ QStringList ExplorerTree::keysInOrder() const
                 walk(c.FileIndex);
             }
     };
-    walk(RootProtok);
-    walk(RootKatalo);
+    for (const QString &k : walkFrom())
+        walk(k);
     return out;
 }
 
-ExplorerTree LoadTree(const QSqlDatabase &db)
+ExplorerTree LoadTree(const QSqlDatabase &db) { return LoadTree(db, kPlant); }
+
+ExplorerTree LoadTree(const QSqlDatabase &db, const ExplorerTable &table)
 {
     ExplorerTree tree;
+    tree.m_plant = table.plant;
     QHash<QString, QList<TreeNode>> all;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM ProtokollKopf WHERE FileTyp = 'O' ORDER BY Text"));
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM %1 WHERE FileTyp = 'O' ORDER BY Text").arg(tableSql(table)));
     while (q.next()) {
         TreeNode n{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
         all[n.FileAbove].append(n);
     }
-    // Only what hangs below the two top nodes is in the tree.
-    QList<QString> todo{RootProtok, RootKatalo};
+    // Only what hangs below the top is in the tree.
+    QList<QString> todo = tree.walkFrom();
     while (!todo.isEmpty()) {
         const QString k = todo.takeLast();
         const auto it = all.constFind(k);
@@ -195,15 +234,17 @@ QList<Node> LoadListView(const QSqlDatabase &db, const QString &folderKey)
     return out;
 }
 
-QString FullPath(const QSqlDatabase &db, const QString &key)
+QString FullPath(const QSqlDatabase &db, const QString &key) { return FullPath(db, kPlant, key); }
+
+QString FullPath(const QSqlDatabase &db, const ExplorerTable &table, const QString &key)
 {
-    Statement up(db, QStringLiteral("SELECT FileAbove, Text FROM ProtokollKopf WHERE FileIndex = ?"));
+    Statement up(db, QStringLiteral("SELECT FileAbove, Text FROM %1 WHERE FileIndex = ?").arg(tableSql(table)));
     QStringList parts;
     QSet<QString> seen;
     QString k = key;
     while (!k.isEmpty() && !seen.contains(k)) {
         seen.insert(k);
-        if (ExplorerTree::isRootKey(k)) {
+        if (table.plant && ExplorerTree::isRootKey(k)) {
             parts.prepend(rootText(k));
             break;
         }
@@ -219,21 +260,31 @@ QString FullPath(const QSqlDatabase &db, const QString &key)
 
 bool ExistsInList(const QSqlDatabase &db, const QString &folderKey, const QString &name)
 {
+    return ExistsInList(db, kPlant, folderKey, name);
+}
+
+bool ExistsInList(const QSqlDatabase &db, const ExplorerTable &table, const QString &folderKey, const QString &name)
+{
     if (folderKey.isEmpty())
         return false;
-    return shownNamesOf(db, folderKey).contains(fold(name));
+    return shownNamesOf(db, table, folderKey).contains(fold(name));
 }
 
 bool ExistsInTree(const QSqlDatabase &db, const QString &key, const QString &name)
 {
+    return ExistsInTree(db, kPlant, key, name);
+}
+
+bool ExistsInTree(const QSqlDatabase &db, const ExplorerTable &table, const QString &key, const QString &name)
+{
     if (key.isEmpty())
         return false;
-    if (ExplorerTree::isRootKey(key))
+    if (table.plant && ExplorerTree::isRootKey(key))
         return fold(name) == fold(gStrWIRundgang) || fold(name) == fold(gStrStandards);
-    const QVariant above = scalar(db, QStringLiteral("SELECT FileAbove FROM ProtokollKopf WHERE FileIndex = ?"), {key});
+    const QVariant above = scalar(db, QStringLiteral("SELECT FileAbove FROM %1 WHERE FileIndex = ?").arg(tableSql(table)), {key});
     if (!above.isValid())
         return false;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp = 'O'"),
+    QSqlQuery q = exec(db, QStringLiteral("SELECT Text FROM %1 WHERE FileAbove = ? AND FileTyp = 'O'").arg(tableSql(table)),
                        {above.toString()});
     while (q.next())
         if (fold(q.value(0).toString()) == fold(name))
@@ -243,8 +294,14 @@ bool ExistsInTree(const QSqlDatabase &db, const QString &key, const QString &nam
 
 std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString &folderKey, const QString &text)
 {
-    const int size = Schema::Size(kTable, QStringLiteral("Text"));
-    const QSet<QString> taken = shownNamesOf(db, folderKey);
+    return uniqueNameInFolder(db, kPlant, folderKey, text);
+}
+
+std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const ExplorerTable &table, const QString &folderKey,
+                                          const QString &text)
+{
+    const int size = Schema::Size(table.name, QStringLiteral("Text"));
+    const QSet<QString> taken = shownNamesOf(db, table, folderKey);
     QString candidate = text;
     bool cut = false;
     // Each number gives a new name until the forms outgrow the field; from then
@@ -302,10 +359,24 @@ bool standardCheckRefuses(const Login &login, const QSqlDatabase &db, const QStr
 
 // ---------------------------------------------------------------------------
 
+bool Explorer::refuses(const QString &key) const
+{
+    if (!m_table.plant)
+        return roleRefuses(m_session.login());
+    return standardCheckRefuses(m_session.login(), m_session.db(), key);
+}
+
+QString Explorer::editRefusal(const QString &key) const
+{
+    return m_table.plant && isStandardKey(m_session.db(), key)
+        ? QStringLiteral("Sie sind nicht berechtigt, Standards zu editieren")
+        : QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren");
+}
+
 ExplorerTree Explorer::loadTree()
 {
     StatusScope status(onStatus, QStringLiteral("Lade Verzeichnis-Einträge"));
-    return LoadTree(m_session.db());
+    return LoadTree(m_session.db(), m_table);
 }
 
 QList<Node> Explorer::loadListView(const QString &folderKey)
@@ -328,39 +399,47 @@ std::optional<Node> Explorer::newEntry(const ExplorerSelection &sel, bool folder
     try {
         // Without a shown folder a new installation hangs at "ROOT" with Katalog "0",
         // so only the role decides there.
-        const Login &login = m_session.login();
-        const bool refused = tag.isEmpty()
-            ? !isPrivileged(login) && (login.Level == QLatin1String("Auswerter") || login.Level == QLatin1String("Werker"))
-            : standardCheckRefuses(login, db, tag);
+        const bool refused = tag.isEmpty() ? roleRefuses(m_session.login()) : refuses(tag);
         if (refused) {
             ZeigeMeldung(tag.isEmpty() ? QStringLiteral("Sie sind nicht berechtigt, Stammdaten zu editieren")
-                                       : editRefusal(db, tag),
+                                       : editRefusal(tag),
                          Style::Exclamation);
             return std::nullopt;
         }
         const QString base = folder ? QStringLiteral("Ordner") : QStringLiteral("File");
         auto exists = [&](const QString &name) {
+            // A catalog's top folders are rows too, so a new one is named beside them.
+            if (!m_table.plant && tag.isEmpty())
+                return ExistsInList(db, m_table, CatalogRoot, name);
             if (folder && !sel.listHasFocus)
-                return ExistsInTree(db, sel.treeKey, name);
-            return ExistsInList(db, tag, name);
+                return ExistsInTree(db, m_table, sel.treeKey, name);
+            return ExistsInList(db, m_table, tag, name);
         };
-        QString name = base;
-        for (int n = 1; exists(name); ++n)
-            name = base + QLatin1Char('(') + QString::number(n) + QLatin1Char(')');
+        auto numbered = [&](int n) { return base + QLatin1Char('(') + QString::number(n) + QLatin1Char(')'); };
+        // A catalog numbers its new names from the first one on.
+        int n = 1;
+        QString name = m_table.plant ? base : numbered(n++);
+        while (exists(name))
+            name = numbered(n++);
 
         StatusScope status(onStatus, folder ? QStringLiteral("Erstelle neuen Ordner-Eintrag")
                                             : QStringLiteral("Erstelle neuen File-Eintrag"));
         Transaction tx(db);
-        Node n;
-        n.FileIndex = NeuerFileIndex(db, kTable);
-        n.FileAbove = tag.isEmpty() ? QStringLiteral("ROOT") : tag;
-        n.FileTyp = folder ? FileTypOrdner : FileTypFile;
-        n.Text = name;
-        const QString pathOf = sel.treeKey.isEmpty() ? tag : sel.treeKey;
-        n.Katalog = katalogForPath(pathOf.isEmpty() ? QString() : FullPath(db, pathOf));
-        saveNode(db, n);
+        Node row;
+        row.FileIndex = NeuerFileIndex(db, m_table.name);
+        row.FileAbove = tag.isEmpty() ? CatalogRoot : tag;
+        row.FileTyp = folder ? FileTypOrdner : FileTypFile;
+        row.Text = name;
+        if (m_table.plant) {
+            const QString pathOf = sel.treeKey.isEmpty() ? tag : sel.treeKey;
+            row.Katalog = katalogForPath(pathOf.isEmpty() ? QString() : FullPath(db, pathOf));
+            saveNode(db, row);
+        } else {
+            exec(db, QStringLiteral("INSERT INTO %1 (FileIndex, FileAbove, FileTyp, Text) VALUES (?, ?, ?, ?)").arg(tableSql(m_table)),
+                 {row.FileIndex, row.FileAbove, row.FileTyp, row.Text});
+        }
         tx.commit();
-        return n;
+        return row;
     } catch (const Fault &f) {
         ZeigeFehler(f, folder ? QStringLiteral("Kann keine neue Technische Einrichtung anlegen")
                               : QStringLiteral("Kann keine neue Komponente anlegen"));
@@ -371,36 +450,36 @@ std::optional<Node> Explorer::newEntry(const ExplorerSelection &sel, bool folder
 bool Explorer::RenameEntry(const ExplorerSelection &sel, const QString &key, QString &name)
 {
     const QSqlDatabase db = m_session.db();
-    if (key.isEmpty() || ExplorerTree::isRootKey(key))
+    if (key.isEmpty() || (m_table.plant && ExplorerTree::isRootKey(key)))
         return true;
     if (name.isEmpty()) {
         ZeigeMeldung(QStringLiteral("Benennungen müssen mindestens 1 Zeichen lang sein"), Style::Exclamation);
         return true;
     }
     try {
-        const std::optional<Node> node = loadNode(db, key);
+        const std::optional<RowHead> node = loadHead(db, m_table, key);
         // The test doesn't spare the entry itself: a change of case alone is refused.
-        const bool exists = sel.listHasFocus ? ExistsInList(db, node ? node->FileAbove : sel.listFolder, name)
-                                             : ExistsInTree(db, key, name);
+        const bool exists = sel.listHasFocus ? ExistsInList(db, m_table, node ? node->FileAbove : sel.listFolder, name)
+                                             : ExistsInTree(db, m_table, key, name);
         if (exists) {
             ZeigeMeldung(QStringLiteral("Diese Bezeichnung existiert in diesem Verzeichnis schon"), Style::Exclamation);
             return true;
         }
-        if (standardCheckRefuses(m_session.login(), db, key)) {
-            ZeigeMeldung(editRefusal(db, key), Style::Exclamation);
+        if (refuses(key)) {
+            ZeigeMeldung(editRefusal(key), Style::Exclamation);
             return true;
         }
         StatusScope status(onStatus, QStringLiteral("Trage neuen Namen ein"));
         if (!node)
             return false;
-        const int size = Schema::Size(kTable, QStringLiteral("Text"));
+        const int size = Schema::Size(m_table.name, QStringLiteral("Text"));
         if (name.size() > size) {
             ZeigeMeldung(QStringLiteral("Benennungen dürfen höchstens ") + QString::number(size)
                              + QStringLiteral(" Zeichen lang sein"),
                          Style::Exclamation);
             name = name.left(size);
         }
-        exec(db, QStringLiteral("UPDATE ProtokollKopf SET Text = ? WHERE FileIndex = ?"), {name, key});
+        exec(db, QStringLiteral("UPDATE %1 SET Text = ? WHERE FileIndex = ?").arg(tableSql(m_table)), {name, key});
         return false;
     } catch (const Fault &f) {
         ZeigeFehler(f, QStringLiteral("Kann Umbenennung nicht durchführen"));
@@ -408,10 +487,17 @@ bool Explorer::RenameEntry(const ExplorerSelection &sel, const QString &key, QSt
     }
 }
 
-void DeleteSubtree(const QSqlDatabase &db, const QString &key)
+void DeleteSubtree(const QSqlDatabase &db, const QString &key) { DeleteSubtree(db, kPlant, key); }
+
+void DeleteSubtree(const QSqlDatabase &db, const ExplorerTable &table, const QString &key)
 {
     Transaction tx(db);
-    const QString sub = QString::fromLatin1(kSubtree);
+    const QString sub = subtreeSql(table);
+    if (!table.plant) {
+        exec(db, sub + QStringLiteral("DELETE FROM %1 WHERE FileIndex IN (SELECT k FROM sub)").arg(tableSql(table)), {key});
+        tx.commit();
+        return;
+    }
     // Repair orders go by number; the numbers must be read before their rows go.
     exec(db, sub + QStringLiteral("DELETE FROM Erfassung WHERE IdentNr IN (SELECT p.IdentNr FROM ProtokollKopf p "
                                   "JOIN sub ON p.FileIndex = sub.k WHERE p.IdentNr <> '')"),
@@ -437,23 +523,23 @@ DeleteResult Explorer::DeleteEntries(const ExplorerSelection &sel, bool silent)
         if (sel.listHasFocus) {
             for (int i = int(sel.listSelected.size()) - 1; i >= 0; --i) {
                 current = sel.listSelected.at(i);
-                const std::optional<Node> node = loadNode(db, current);
+                const std::optional<RowHead> node = loadHead(db, m_table, current);
                 if (!node)
                     continue;
-                if (standardCheckRefuses(m_session.login(), db, current)) {
+                if (refuses(current)) {
                     ZeigeMeldung(QStringLiteral("'") + node->Text + QStringLiteral("' ist ein Standard.")
                                      + QStringLiteral(" ") + QStringLiteral("Sie sind nicht berechtigt, diesen zu löschen."),
                                  Style::Exclamation);
                     continue;
                 }
-                DeleteSubtree(db, current);
+                DeleteSubtree(db, m_table, current);
                 result.deleted << current;
             }
         } else if (!sel.treeKey.isEmpty() && !ExplorerTree::isRootKey(sel.treeKey)) {
             current = sel.treeKey;
             // In the tree a refused user sees nothing happen.
-            if (loadNode(db, current) && !standardCheckRefuses(m_session.login(), db, current)) {
-                DeleteSubtree(db, current);
+            if (loadHead(db, m_table, current) && !refuses(current)) {
+                DeleteSubtree(db, m_table, current);
                 result.deleted << current;
             }
         }
@@ -495,9 +581,9 @@ struct NoFreeName {
     QString text;
 };
 
-QString nameFor(const QSqlDatabase &db, const QString &folder, const QString &text)
+QString nameFor(const QSqlDatabase &db, const ExplorerTable &table, const QString &folder, const QString &text)
 {
-    std::optional<QString> name = uniqueNameInFolder(db, folder, text);
+    std::optional<QString> name = uniqueNameInFolder(db, table, folder, text);
     if (!name)
         throw NoFreeName{text};
     return *name;
@@ -506,6 +592,46 @@ QString nameFor(const QSqlDatabase &db, const QString &folder, const QString &te
 
 QString CopyEntry(const QSqlDatabase &db, const QString &oldKey, const QString &targetKey, const QString &topName)
 {
+    return CopyEntry(db, kPlant, oldKey, targetKey, topName);
+}
+
+namespace {
+// INSERT ... SELECT of one row of a table with FileIndex, FileAbove, Text (and
+// in the plant Katalog) bound, IdentNr emptied, every other field copied. A
+// catalog copies the fields its table has in the file. `bound` receives the
+// upper-case names of the bound fields in the order of their marks.
+QString copyRowSql(const QSqlDatabase &db, const ExplorerTable &table, QStringList &bound)
+{
+    QStringList fields;
+    if (table.plant) {
+        fields = Node::fieldNames();
+    } else {
+        const QSqlRecord rec = db.record(table.name);
+        for (int i = 0; i < rec.count(); ++i)
+            fields << rec.fieldName(i);
+    }
+    QStringList cols, sel;
+    for (const QString &f : fields) {
+        cols << ident(f);
+        const QString u = f.toUpper();
+        if (u == QLatin1String("FILEINDEX") || u == QLatin1String("FILEABOVE") || u == QLatin1String("TEXT")
+            || (table.plant && u == QLatin1String("KATALOG"))) {
+            sel << QStringLiteral("?");
+            bound << u;
+        }
+        else if (table.plant && u == QLatin1String("IDENTNR"))
+            sel << QStringLiteral("''");
+        else
+            sel << ident(f);
+    }
+    return QStringLiteral("INSERT INTO %1 (%2) SELECT %3 FROM %1 WHERE FileIndex = ?")
+        .arg(tableSql(table), cols.join(QLatin1Char(',')), sel.join(QLatin1Char(',')));
+}
+}
+
+QString CopyEntry(const QSqlDatabase &db, const ExplorerTable &table, const QString &oldKey, const QString &targetKey,
+                  const QString &topName)
+{
     struct Row {
         QString key, above, typ, text;
     };
@@ -513,9 +639,9 @@ QString CopyEntry(const QSqlDatabase &db, const QString &oldKey, const QString &
     QHash<QString, QList<Row>> kids;
     std::optional<Row> top;
     {
-        QSqlQuery q = exec(db, QString::fromLatin1(kSubtree)
-                                   + QStringLiteral("SELECT p.FileIndex, p.FileAbove, p.FileTyp, p.Text FROM ProtokollKopf p "
-                                                    "JOIN sub ON p.FileIndex = sub.k ORDER BY p.Text"),
+        QSqlQuery q = exec(db, subtreeSql(table)
+                                   + QStringLiteral("SELECT p.FileIndex, p.FileAbove, p.FileTyp, p.Text FROM %1 p "
+                                                    "JOIN sub ON p.FileIndex = sub.k ORDER BY p.Text").arg(tableSql(table)),
                            {oldKey});
         while (q.next()) {
             Row r{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString()};
@@ -528,36 +654,27 @@ QString CopyEntry(const QSqlDatabase &db, const QString &oldKey, const QString &
     if (!top)
         return {};
 
-    static const QString insertSql = [] {
-        QStringList cols, sel;
-        for (const QString &f : Node::fieldNames()) {
-            cols << ident(f);
-            if (f == QLatin1String("FileIndex") || f == QLatin1String("FileAbove") || f == QLatin1String("Katalog")
-                || f == QLatin1String("Text"))
-                sel << QStringLiteral("?");
-            else if (f == QLatin1String("IdentNr"))
-                sel << QStringLiteral("''");
-            else
-                sel << ident(f);
-        }
-        return QStringLiteral("INSERT INTO ProtokollKopf (%1) SELECT %2 FROM ProtokollKopf WHERE FileIndex = ?")
-            .arg(cols.join(QLatin1Char(',')), sel.join(QLatin1Char(',')));
-    }();
-
     Transaction tx(db);
-    const QString katalog = katalogForPath(FullPath(db, targetKey));
-    Statement insert(db, insertSql);
+    const QString katalog = table.plant ? katalogForPath(FullPath(db, targetKey)) : QString();
+    QStringList bound;
+    Statement insert(db, copyRowSql(db, table, bound));
     QSet<QString> done;
     QString topKey;
     std::function<void(const Row &, const QString &, const QString &)> copy =
         [&](const Row &r, const QString &parent, const QString &name) {
             done.insert(r.key);
-            const QString newKey = NeuerFileIndex(db, kTable);
+            const QString newKey = NeuerFileIndex(db, table.name);
             if (topKey.isEmpty())
                 topKey = newKey;
-            // Bound in the order of the fields: FileIndex, FileAbove, Katalog, Text.
-            insert.run({newKey, parent, katalog, name, r.key});
-            if (r.typ == FileTypFile)
+            QVariantList values;
+            for (const QString &f : bound)
+                values << (f == QLatin1String("FILEINDEX") ? newKey
+                           : f == QLatin1String("FILEABOVE") ? parent
+                           : f == QLatin1String("KATALOG")   ? katalog
+                                                             : name);
+            values << r.key;
+            insert.run(values);
+            if (table.plant && r.typ == FileTypFile)
                 CopyTePositionenNeu(db, r.key, newKey);
             for (const Row &c : kids.value(r.key))
                 if (!done.contains(c.key))
@@ -577,35 +694,36 @@ PasteResult Explorer::PasteEntries(const ExplorerSelection &sel, ExplorerBuffer 
     }
     const QString target = sel.treeKey;
     const QSqlDatabase db = m_session.db();
-    // Only the top nodes and installations take entries; a node gone meanwhile is no target.
+    // Only the top nodes and installations take entries (a catalog: its folders);
+    // a node gone meanwhile is no target.
     if (target.isEmpty()
-        || (!ExplorerTree::isRootKey(target)
-            && scalar(db, QStringLiteral("SELECT FileTyp FROM ProtokollKopf WHERE FileIndex = ?"), {target}).toString()
+        || (!(m_table.plant && ExplorerTree::isRootKey(target))
+            && scalar(db, QStringLiteral("SELECT FileTyp FROM %1 WHERE FileIndex = ?").arg(tableSql(m_table)), {target}).toString()
                 != FileTypOrdner)) {
         ZeigeMeldung(QStringLiteral("Bitte wählen Sie vorher einen Ordner aus"), Style::Exclamation);
         return result;
     }
     StatusScope status(onStatus, QStringLiteral("Füge Daten ein"));
     try {
-        if (standardCheckRefuses(m_session.login(), db, target)) {
-            ZeigeMeldung(editRefusal(db, target), Style::Exclamation);
+        if (refuses(target)) {
+            ZeigeMeldung(editRefusal(target), Style::Exclamation);
             return result;
         }
         Transaction tx(db);
         if (!buffer.cut) {
             for (const QString &key : buffer.keys) {
-                const std::optional<Node> node = loadNode(db, key);
+                const std::optional<RowHead> node = loadHead(db, m_table, key);
                 if (!node)
                     continue;
-                result.newKeys << CopyEntry(db, key, target, nameFor(db, target, node->Text));
+                result.newKeys << CopyEntry(db, m_table, key, target, nameFor(db, m_table, target, node->Text));
             }
         } else {
-            const QString targetText = ExplorerTree::isRootKey(target)
+            const QString targetText = m_table.plant && ExplorerTree::isRootKey(target)
                 ? rootText(target)
-                : scalar(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileIndex = ?"), {target}).toString();
-            const QString katalog = katalogForPath(FullPath(db, target));
+                : scalar(db, QStringLiteral("SELECT Text FROM %1 WHERE FileIndex = ?").arg(tableSql(m_table)), {target}).toString();
+            const QString katalog = m_table.plant ? katalogForPath(FullPath(db, target)) : QString();
             for (const QString &key : buffer.keys) {
-                const std::optional<Node> node = loadNode(db, key);
+                const std::optional<RowHead> node = loadHead(db, m_table, key);
                 if (!node)
                     continue;
                 if (key == target) {
@@ -614,20 +732,25 @@ PasteResult Explorer::PasteEntries(const ExplorerSelection &sel, ExplorerBuffer 
                     continue;
                 }
                 // Moved below its own descendant, an installation would hang in no tree at all.
-                if (isBelow(db, target, key)) {
+                if (isBelow(db, m_table, target, key)) {
                     ZeigeMeldung(QStringLiteral("Kann '") + node->Text + QStringLiteral("' nicht nach '") + targetText
                                      + QStringLiteral("' verschieben, da '") + targetText + QStringLiteral("' in '")
                                      + node->Text + QStringLiteral("' enthalten ist"),
                                  Style::Exclamation);
                     continue;
                 }
-                if (standardCheckRefuses(m_session.login(), db, key)) {
-                    ZeigeMeldung(editRefusal(db, key), Style::Exclamation);
+                if (refuses(key)) {
+                    ZeigeMeldung(editRefusal(key), Style::Exclamation);
                     continue;
                 }
+                const QString name = nameFor(db, m_table, target, node->Text);
                 // Only the moved row takes the Katalog of its new place.
-                exec(db, QStringLiteral("UPDATE ProtokollKopf SET FileAbove = ?, Katalog = ?, Text = ? WHERE FileIndex = ?"),
-                     {target, katalog, nameFor(db, target, node->Text), key});
+                if (m_table.plant)
+                    exec(db, QStringLiteral("UPDATE ProtokollKopf SET FileAbove = ?, Katalog = ?, Text = ? WHERE FileIndex = ?"),
+                         {target, katalog, name, key});
+                else
+                    exec(db, QStringLiteral("UPDATE %1 SET FileAbove = ?, Text = ? WHERE FileIndex = ?").arg(tableSql(m_table)),
+                         {target, name, key});
                 result.newKeys << key;
             }
         }
@@ -652,7 +775,7 @@ Explorer::Refreshed Explorer::RefreshAll(const QString &notedKey)
 {
     StatusScope status(onStatus, QStringLiteral("Aktualisiere alle Einträge"));
     Refreshed r;
-    r.tree = LoadTree(m_session.db());
+    r.tree = LoadTree(m_session.db(), m_table);
     r.select = keyAfterRefresh(r.tree, notedKey);
     return r;
 }
@@ -675,7 +798,8 @@ QString keyAfterRefresh(const ExplorerTree &tree, const QString &notedKey)
 {
     if (!notedKey.isEmpty() && tree.contains(notedKey))
         return notedKey;
-    return RootProtok;
+    const QStringList tops = tree.topKeys();
+    return tops.isEmpty() ? QString() : tops.first();
 }
 
 QStringList SelectAllEntries(const QStringList &shownKeys) { return shownKeys; }
