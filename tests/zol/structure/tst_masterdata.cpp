@@ -4,6 +4,7 @@
 #include "zol/structure/MasterData.h"
 #include "zol/structure/Node.h"
 #include <QtTest>
+#include <functional>
 
 using namespace zol;
 using zoltest::countRows;
@@ -174,6 +175,77 @@ private Q_SLOTS:
         QCOMPARE(loadNode(d.sql(), key)->IdentNr, before.IdentNr);
         if (field == QLatin1String("Benennung") && value.size() > 100)
             QCOMPARE(in.Benennung.size(), 100);   // cut, shown so for the next OK
+    }
+
+    // With every fault present at once, OK names them one after the other in
+    // its order; each is mended before the next OK.
+    void refusalsComeInOrder()
+    {
+        TempData d;
+        addPlant(d.sql());
+        Session s(d.db());
+        session(s);
+        MasterDataInput in = inputOf(d.sql(), kPlant);
+        in.Benennung.clear();
+        in.BezugsJahr.clear();
+        in.BezugsWoche.clear();
+        in.IdentNr = QStringLiteral("P-200");
+        in.Typ = QString(51, QLatin1Char('t'));
+        in.KeineWartung = true;
+
+        const QList<std::pair<QString, std::function<void()>>> steps = {
+            {QStringLiteral("dbcBenennung"), [&] { in.Benennung = QStringLiteral("Pumpe 1"); }},
+            {QStringLiteral("txtBezugsJahr"), [&] { in.BezugsJahr = QStringLiteral("2015"); }},
+            {QStringLiteral("txtBezugsWoche"), [&] { in.BezugsWoche = QStringLiteral("53"); }},
+            {QStringLiteral("txtBezugsWoche"), [&] { in.BezugsWoche = QStringLiteral("7"); }},
+            {QStringLiteral("txtIdentNr"), [&] { in.IdentNr.clear(); }},
+            {QStringLiteral("dbcTyp"), [] {}},   // the text was cut to the field
+            {QStringLiteral("txtWocheVon1"), [&] { in.WocheVon1 = QStringLiteral("10"); }},
+            {QStringLiteral("txtWocheVon1"), [&] { in.WocheBis1 = QStringLiteral("12"); in.WocheBis2 = QStringLiteral("3"); }},
+            {QStringLiteral("txtWocheVon2"), [&] { in.WocheVon2 = QStringLiteral("01"); }},
+        };
+        ScriptedPresenter p;
+        for (const auto &step : steps) {
+            const StammdatenErgebnis r = StammdatenSpeichern(s, kPlant, in);
+            QVERIFY(!r.ok);
+            QCOMPARE(r.focus, step.first);
+            step.second();
+        }
+        QCOMPARE(p.texts(), (QStringList{"Bitte eine Benennung eingeben", "Bitte Bezugsjahr eingeben",
+                                         "Bitte Bezugswoche eingeben", "Als Wochenzahl sind nur 1 bis 52 zulässig",
+                                         msgDuplicate, "Der Text ist zu lang (max. Länge: 50)",
+                                         "Bitte ein Wochenintervall eingeben", "Das Wochenintervall ist nicht plausibel",
+                                         "Das Wochenintervall ist nicht plausibel"}));
+        QCOMPARE(loadNode(d.sql(), kPlant)->Text, QStringLiteral("Pumpe 1"));
+        QCOMPARE(loadNode(d.sql(), kPlant)->IdentNr, QStringLiteral("P-100"));
+        p.clear();
+        p.answer(Answer::No).answer(Answer::Yes);
+        QCOMPARE(StammdatenSpeichern(s, kPlant, in).focus, QStringLiteral("txtIdentNr"));
+        QVERIFY(StammdatenSpeichern(s, kPlant, in).ok);
+        QCOMPARE(p.texts(), (QStringList{msgAskEmpty, msgAskEmpty}));
+        const Node n = *loadNode(d.sql(), kPlant);
+        QCOMPARE(n.Typ, QString(50, QLatin1Char('t')));
+        QCOMPARE(n.BezugsWoche, QStringLiteral("07"));
+        QCOMPARE(n.KeineWartungWocheBis2, QStringLiteral("3"));
+        QVERIFY(n.IdentNr.isEmpty());
+    }
+
+    // On a Standard the question about weeks comes before the refused IdentNr.
+    void standardAsksAboutWeeksFirst()
+    {
+        TempData d;
+        addPlant(d.sql());
+        Session s(d.db());
+        session(s);
+        MasterDataInput in = inputOf(d.sql(), kStandard);
+        in.IdentNr = QStringLiteral("S-1");
+        in.WocheVon1 = QStringLiteral("10");
+        ScriptedPresenter p;
+        p.answer(Answer::Ok);
+        const StammdatenErgebnis r = StammdatenSpeichern(s, kStandard, in);
+        QCOMPARE(r.focus, QStringLiteral("txtIdentNr"));
+        QCOMPARE(p.texts(), (QStringList{msgAskWeeks, msgStandardIdent}));
+        QVERIFY(loadNode(d.sql(), kStandard)->IdentNr.isEmpty());
     }
 
     // A valid entry writes every field; quotes and wildcards are plain text.
