@@ -150,6 +150,7 @@ private Q_SLOTS:
         retype(child<QLineEdit>(w, "txtBezugsJahr"), QStringLiteral("20x16"));   // the x is dropped
         retype(child<QLineEdit>(w, "txtBezugsWoche"), QStringLiteral("3"));
         retype(child<QComboBox>(w, "dbcTyp"), QStringLiteral("Etaline"));
+        retype(child<QComboBox>(w, "dbcHersteller"), QStringLiteral("KS"));   // "KSB" is in the list
         // a week above 52 is refused on leaving the box
         retype(child<QLineEdit>(w, "txtWocheVon2"), QStringLiteral("6"));
         child<QLineEdit>(w, "txtWocheBis2")->setFocus();
@@ -170,7 +171,8 @@ private Q_SLOTS:
         QCOMPARE(n.BezugsJahr, QStringLiteral("2016"));
         QCOMPARE(n.BezugsWoche, QStringLiteral("03"));
         QCOMPARE(n.Typ, QStringLiteral("Etaline"));
-        QCOMPARE(n.Hersteller, QStringLiteral("KSB"));
+        QCOMPARE(n.Hersteller, QStringLiteral("KS"));
+        QCOMPARE(n.Standort, QStringLiteral("Werk Nord"));
         QCOMPARE(n.KeineWartungWocheVon2, QStringLiteral("05"));
         QCOMPARE(n.KeineWartungWocheBis2, QStringLiteral("08"));
     }

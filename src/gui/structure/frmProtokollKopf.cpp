@@ -36,6 +36,9 @@ frmProtokollKopf::frmProtokollKopf(zol::Session &session, QWidget *parent)
     ui->txtBezugsWoche->installEventFilter(this);
     for (QLineEdit *w : findChildren<QLineEdit *>())
         zolgui::SelectOnFocus::install(w);
+    // The lists propose; typing completes nothing on its own, so what is typed is written.
+    for (QComboBox *combo : findChildren<QComboBox *>())
+        combo->setCompleter(nullptr);
 
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmProtokollKopf::cmdOK_Click);
     connect(ui->cmdCancle, &QPushButton::clicked, this, &frmProtokollKopf::reject);

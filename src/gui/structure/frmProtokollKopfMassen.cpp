@@ -32,6 +32,9 @@ frmProtokollKopfMassen::frmProtokollKopfMassen(zol::Session &session, QWidget *p
             combo->lineEdit()->setMaxLength(zol::Schema::Size(kKopf, c.field));
     for (QLineEdit *w : findChildren<QLineEdit *>())
         zolgui::SelectOnFocus::install(w);
+    // The lists propose; typing completes nothing on its own, so what is typed is written.
+    for (QComboBox *combo : findChildren<QComboBox *>())
+        combo->setCompleter(nullptr);
 
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmProtokollKopfMassen::cmdOK_Click);
     connect(ui->cmdCancle, &QPushButton::clicked, this, &frmProtokollKopfMassen::reject);

@@ -12,7 +12,7 @@ QString bildName(int slot)
 
 const QStringList &bildEndungen()
 {
-    // PNG stands where the legacy program took Windows metafiles.
+    // PNG takes the place of Windows metafiles, which this platform cannot show.
     static const QStringList e = {QStringLiteral("JPG"), QStringLiteral("BMP"), QStringLiteral("PNG")};
     return e;
 }
