@@ -327,6 +327,26 @@ private Q_SLOTS:
         QCOMPARE(countRows(d.sql(), QStringLiteral("Erfassung"), QStringLiteral("IdentNr = 'P-200'")), 1);
     }
 
+    // A fault in the write of the repair orders leaves the row as it was.
+    void faultLeavesTheRowAsBefore()
+    {
+        TempData d;
+        addPlant(d.sql());
+        exec(d.sql(), QStringLiteral("DROP TABLE Erfassung"));
+        Session s(d.db());
+        session(s);
+        MasterDataInput in = inputOf(d.sql(), kPlant);
+        in.IdentNr = QStringLiteral("P-101");
+        in.Typ = QStringLiteral("Etaline");
+        ScriptedPresenter p;
+        const StammdatenErgebnis r = StammdatenSpeichern(s, kPlant, in);
+        QVERIFY(!r.ok);
+        QCOMPARE(p.lastStyle(), Style::Critical);
+        QVERIFY(p.lastText().contains(QLatin1String("3078")));
+        QCOMPARE(loadNode(d.sql(), kPlant)->IdentNr, QStringLiteral("P-100"));
+        QVERIFY(loadNode(d.sql(), kPlant)->Typ.isEmpty());
+    }
+
     void cancelRemovesOnlyANewNode()
     {
         TempData d;
