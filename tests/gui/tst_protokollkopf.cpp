@@ -161,9 +161,16 @@ private Q_SLOTS:
         child<QLineEdit>(w, "txtWocheVon1")->setFocus();
         QCOMPARE(p.texts(), QStringList{"Die Woche muss >= 1 und <= 52 sein"});
         QCOMPARE(child<QLineEdit>(w, "txtWocheVon2")->text(), QStringLiteral("05"));
-        QTest::mouseClick(child<QPushButton>(w, "cmdOK"), Qt::LeftButton);
+        // Enter in a week box runs OK; the box is checked as if it were left
+        retype(child<QLineEdit>(w, "txtWocheVon1"), QStringLiteral("7"));
+        QTest::keyClick(child<QLineEdit>(w, "txtWocheVon1"), Qt::Key_Return);
+        QVERIFY(w.isVisible());
+        QCOMPARE(p.lastText(), QStringLiteral("Die Woche muss >= 1 und <= 52 sein"));
+        retype(child<QLineEdit>(w, "txtWocheVon1"), QStringLiteral("4"));
+        QTest::keyClick(child<QLineEdit>(w, "txtWocheVon1"), Qt::Key_Return);
         QVERIFY(!w.isVisible());
         QCOMPARE(w.Tag(), QStringLiteral("OK"));
+        QCOMPARE(p.texts().size(), 2);
 
         const Node n = *loadNode(d.sql(), kPumpe);
         QCOMPARE(n.Text, QStringLiteral("Pumpe 'Süd' 100%_"));
@@ -173,6 +180,7 @@ private Q_SLOTS:
         QCOMPARE(n.Typ, QStringLiteral("Etaline"));
         QCOMPARE(n.Hersteller, QStringLiteral("KS"));
         QCOMPARE(n.Standort, QStringLiteral("Werk Nord"));
+        QCOMPARE(n.KeineWartungWocheVon1, QStringLiteral("04"));
         QCOMPARE(n.KeineWartungWocheVon2, QStringLiteral("05"));
         QCOMPARE(n.KeineWartungWocheBis2, QStringLiteral("08"));
     }

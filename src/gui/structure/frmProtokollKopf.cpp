@@ -162,6 +162,16 @@ zol::MasterDataInput frmProtokollKopf::werte() const
 
 void frmProtokollKopf::cmdOK_Click()
 {
+    // Enter on a week box presses OK without leaving the box: check it as on leaving.
+    if (auto *edit = qobject_cast<QLineEdit *>(focusWidget());
+        edit && (edit == ui->txtWocheVon1 || edit == ui->txtWocheBis1 || edit == ui->txtWocheVon2 || edit == ui->txtWocheBis2)) {
+        const std::optional<QString> woche = zol::WocheVerlassen(edit->text());
+        if (!woche) {
+            edit->selectAll();
+            return;
+        }
+        edit->setText(*woche);
+    }
     zol::MasterDataInput in = werte();
     const zol::StammdatenErgebnis r = zol::StammdatenSpeichern(m_session, m_fileIndex, in);
     zeigeWerte(in);

@@ -29,9 +29,10 @@ public:
     void setCatalogPicker(CatalogPicker picker);
 
     // Prepares the dialog for the node and shows it modally; returns the Tag,
-    // "OK" or "Cancel". For a new node the name is the text of the selected
-    // list item: selectedListText, or the new row's own name when the caller
-    // gives none; std::optional<QString>{} with an empty string means no item is selected.
+    // "OK" or "Cancel" (after Cancel a new node is gone). For a new node the
+    // name is the text of the selected list item: selectedListText (empty or
+    // nothing when no item is selected); the two-argument form takes the new
+    // row's own name, as the new item is the selected one.
     QString zeig(const QString &fileIndex, bool existing);
     QString zeig(const QString &fileIndex, bool existing, const std::optional<QString> &selectedListText);
     // The preparation of zeig without showing (the caller shows the dialog).

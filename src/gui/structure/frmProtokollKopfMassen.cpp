@@ -98,6 +98,16 @@ void frmProtokollKopfMassen::lade(const QStringList &selected)
 
 void frmProtokollKopfMassen::cmdOK_Click()
 {
+    // Enter on a week box presses OK without leaving the box: check it as on leaving.
+    if (auto *edit = qobject_cast<QLineEdit *>(focusWidget());
+        edit && (edit == ui->txtWocheVon1 || edit == ui->txtWocheBis1 || edit == ui->txtWocheVon2 || edit == ui->txtWocheBis2)) {
+        const std::optional<QString> woche = zol::WocheVerlassen(edit->text());
+        if (!woche) {
+            edit->selectAll();
+            return;
+        }
+        edit->setText(*woche);
+    }
     zol::MassChangeInput in;
     in.BezugsJahr = ui->txtBezugsJahr->text();
     in.BezugsWoche = ui->txtBezugsWoche->text();
