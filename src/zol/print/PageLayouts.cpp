@@ -501,7 +501,7 @@ bool Print_Protokoll_Zeile(PrinterF &p, const PositionZeile &z, int &zeile, cons
         putLine(p, s.Menge, zeile, maske01(zahl(z.Materialmenge)));
     putLine(p, s.Neun, zeile, maske01(zahl(z.Planzeit)));
     if (!z.Ausfuehrender.isEmpty())
-        putLine(p, s.Zehn, zeile, z.Ausfuehrender);
+        putLine(p, s.Zehn, zeile, fit(p, z.Ausfuehrender, p.ScaleWidth() - s.Zehn));
     zeile += lines;
     return true;
 }
@@ -529,8 +529,12 @@ int Print_Rueckmeldung_Kopf(PrinterF &p, const QString &woche, const QString &ja
     putLine(p, s.Nummer, 3, QStringLiteral("Objekt/"), true);
     putLine(p, s.Code, 3, QStringLiteral("Material"), true);
     putLine(p, s.Zeit, 3, QStringLiteral("Arbeits-"), true);
-    putLine(p, s.Befund, 3, QStringLiteral("Befund"), true);
-    putLine(p, s.Verbal, 3, QStringLiteral("Verbal"), true);
+    // The last two heads keep inside the right margin where the type is wide.
+    p.setBold(true);
+    const double xVerbal = qMin(s.Verbal, p.ScaleWidth() - p.TextWidth(QStringLiteral("Verbal")));
+    const double xBefund = qMin(s.Befund, xVerbal - p.TextWidth(QStringLiteral(" Befund")));
+    putLine(p, xBefund, 3, QStringLiteral("Befund"), true);
+    putLine(p, xVerbal, 3, QStringLiteral("Verbal"), true);
     putLine(p, s.Nummer, 4, QStringLiteral("Anweisung"), true);
     putLine(p, s.Text, 4, QStringLiteral("      WI-Anweisung"), true);
     putLine(p, s.Block, 4, QStringLiteral("Intervall"), true);
@@ -616,17 +620,18 @@ int Print_Erfassung_Kopf(PrinterF &p, const QString &datum, const ErfassungSpalt
     const double x = putLine(p, s.LaufendeNummer, 0, QStringLiteral("Ausserplanmässige Instandsetzungen"), true);
     putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
     rule(p, 1);
-    putLine(p, s.LaufendeNummer, 2, QStringLiteral("Lfd.Nr."), true);
-    putLine(p, s.Datum, 2, QStringLiteral("Meldedatum"), true);
-    putLine(p, s.Herkunft, 2, QStringLiteral("Herkunft"), true);
-    putLine(p, s.Schadensart, 2, QStringLiteral("Schadensart"), true);
-    putLine(p, s.Zeit, 2, QStringLiteral("Zeit"), true);
-    putLine(p, s.Auftragsart, 2, QStringLiteral("Auftragsart"), true);
-    putLine(p, s.Ursache, 2, QStringLiteral("Ursache"), true);
-    putLine(p, s.Lohn, 2, QStringLiteral("Lohn"), true);
-    putLine(p, s.Material, 2, QStringLiteral("Material"), true);
-    putLine(p, s.Fremd, 2, QStringLiteral("Fremd"), true);
-    putLine(p, s.ErledigtAm, 2, QStringLiteral("Erledigt"), true);
+    // Plain type: the chained columns leave no room for bold heads.
+    putLine(p, s.LaufendeNummer, 2, QStringLiteral("Lfd.Nr."));
+    putLine(p, s.Datum, 2, QStringLiteral("Meldedatum"));
+    putLine(p, s.Herkunft, 2, QStringLiteral("Herkunft"));
+    putLine(p, s.Schadensart, 2, QStringLiteral("Schadensart"));
+    putLine(p, s.Zeit, 2, QStringLiteral("Zeit"));
+    putLine(p, s.Auftragsart, 2, QStringLiteral("Auftragsart"));
+    putLine(p, s.Ursache, 2, QStringLiteral("Ursache"));
+    putLine(p, s.Lohn, 2, QStringLiteral("Lohn"));
+    putLine(p, s.Material, 2, QStringLiteral("Material"));
+    putLine(p, s.Fremd, 2, QStringLiteral("Fremd"));
+    putLine(p, s.ErledigtAm, 2, QStringLiteral("Erledigt"));
     rule(p, 3);
     p.setBold(false);
     return 4;
