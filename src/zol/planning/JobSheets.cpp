@@ -68,38 +68,34 @@ JobSheetFilter wirksamerFilter(const Session &session, JobSheetFilter f)
     return f;
 }
 
-AuftragZeile zeileAus(const QSqlQuery &q)
+// The columns of Auftrag.* in the order of the row struct, found once per statement.
+struct Spalten {
+    explicit Spalten(const QSqlRecord &r)
+    {
+        for (const char *name : {"TeIndex", "Jahr", "Woche", "Objekt", "Anweisung", "WIVerantwortlicher",
+                                 "Ausfuehrender", "Kostenstelle", "Lokalisierung", "Option1", "KompBezeichnung",
+                                 "Betriebszustand", "BetriebszustandXL", "Materialcode", "Bemerkung", "Text",
+                                 "Rückmeldung", "Befund", "Verbal", "Intervall", "Datum", "SicherheitsHinweis",
+                                 "IntervallTyp", "KeineWartung", "PlanZeit", "Materialmenge", "AnzahlPersonen"})
+            index.push_back(r.indexOf(QString::fromUtf8(name)));
+    }
+    std::vector<int> index;
+};
+
+AuftragZeile zeileAus(const QSqlQuery &q, const Spalten &c)
 {
     AuftragZeile z;
-    const QSqlRecord r = q.record();
-    const auto s = [&](const char *name) { return q.value(r.indexOf(QLatin1String(name))).toString(); };
-    z.TeIndex = s("TeIndex");
-    z.Jahr = s("Jahr");
-    z.Woche = s("Woche");
-    z.Objekt = s("Objekt");
-    z.Anweisung = s("Anweisung");
-    z.WIVerantwortlicher = s("WIVerantwortlicher");
-    z.Ausfuehrender = s("Ausfuehrender");
-    z.Kostenstelle = s("Kostenstelle");
-    z.Lokalisierung = s("Lokalisierung");
-    z.Option1 = s("Option1");
-    z.KompBezeichnung = s("KompBezeichnung");
-    z.Betriebszustand = s("Betriebszustand");
-    z.BetriebszustandXL = s("BetriebszustandXL");
-    z.Materialcode = s("Materialcode");
-    z.Bemerkung = s("Bemerkung");
-    z.Text = s("Text");
-    z.Rueckmeldung = q.value(r.indexOf(QStringLiteral("Rückmeldung"))).toString();
-    z.Befund = s("Befund");
-    z.Verbal = s("Verbal");
-    z.Intervall = s("Intervall");
-    z.Datum = s("Datum");
-    z.SicherheitsHinweis = s("SicherheitsHinweis");
-    z.IntervallTyp = s("IntervallTyp");
-    z.KeineWartung = s("KeineWartung");
-    z.PlanZeit = q.value(r.indexOf(QStringLiteral("PlanZeit"))).toDouble();
-    z.Materialmenge = q.value(r.indexOf(QStringLiteral("Materialmenge"))).toDouble();
-    z.AnzahlPersonen = q.value(r.indexOf(QStringLiteral("AnzahlPersonen"))).toInt();
+    int i = 0;
+    const auto s = [&]() { return q.value(c.index[size_t(i++)]).toString(); };
+    for (QString *f : {&z.TeIndex, &z.Jahr, &z.Woche, &z.Objekt, &z.Anweisung, &z.WIVerantwortlicher,
+                       &z.Ausfuehrender, &z.Kostenstelle, &z.Lokalisierung, &z.Option1, &z.KompBezeichnung,
+                       &z.Betriebszustand, &z.BetriebszustandXL, &z.Materialcode, &z.Bemerkung, &z.Text,
+                       &z.Rueckmeldung, &z.Befund, &z.Verbal, &z.Intervall, &z.Datum, &z.SicherheitsHinweis,
+                       &z.IntervallTyp, &z.KeineWartung})
+        *f = s();
+    z.PlanZeit = q.value(c.index[size_t(i++)]).toDouble();
+    z.Materialmenge = q.value(c.index[size_t(i++)]).toDouble();
+    z.AnzahlPersonen = q.value(c.index[size_t(i++)]).toInt();
     return z;
 }
 
@@ -107,9 +103,9 @@ std::vector<AuftragZeile> lade(Session &session, const JobSheetQuery &jq)
 {
     std::vector<AuftragZeile> rows;
     QSqlQuery q = exec(session.db(), jq.sql, jq.values);
-    q.setForwardOnly(true);
+    const Spalten spalten(q.record());
     while (q.next())
-        rows.push_back(zeileAus(q));
+        rows.push_back(zeileAus(q, spalten));
     return rows;
 }
 
@@ -118,6 +114,7 @@ class Komponenten {
 public:
     explicit Komponenten(const QSqlDatabase &db)
         : m_db(db),
+          m_node(db, QStringLiteral("SELECT * FROM ProtokollKopf WHERE FileIndex = ?")),
           m_oben(db, QStringLiteral("SELECT Text, FileAbove FROM ProtokollKopf WHERE FileIndex = ?")),
           m_objekt(db, QStringLiteral("SELECT Objekt, Text FROM ProtokollPositionen WHERE TeNummer = ? AND "
                                       "Anweisung = '0000'"))
@@ -127,8 +124,17 @@ public:
     const std::optional<Node> &node(const QString &fileIndex)
     {
         auto it = m_nodes.find(fileIndex);
-        if (it == m_nodes.end())
-            it = m_nodes.insert(fileIndex, loadNode(m_db, fileIndex));
+        if (it == m_nodes.end()) {
+            std::optional<Node> n;
+            QSqlQuery &q = m_node.run({fileIndex});
+            if (q.next()) {
+                n.emplace();
+                const QSqlRecord r = q.record();
+                for (int i = 0; i < r.count(); ++i)
+                    n->setValue(r.fieldName(i), q.value(i).toString());
+            }
+            it = m_nodes.insert(fileIndex, n);
+        }
         return *it;
     }
 
@@ -175,6 +181,7 @@ public:
 
 private:
     QSqlDatabase m_db;
+    Statement m_node;
     Statement m_oben;
     Statement m_objekt;
     QHash<QString, std::optional<Node>> m_nodes;

@@ -147,9 +147,11 @@ class TestJobSheets : public QObject {
         session->login().Level = QStringLiteral("Administrator");
         SpeichereOptionen(*session);
     }
-    void setOptions(const QStringList &kopfwechsel, const QStringList &sort = {}, int format = 1)
+    void setOptions(const QStringList &kopfwechsel, const QStringList &sort = {}, int format = 1,
+                    const QString &alt = {})
     {
         OptionState &o = session->options();
+        o.gKopfwechselAlt = alt;
         o.gKopfwechsel = kopfwechsel;
         while (o.gKopfwechsel.size() < 6)
             o.gKopfwechsel << QString();
@@ -196,23 +198,27 @@ private Q_SLOTS:
     void headChanges_data()
     {
         QTest::addColumn<QStringList>("keys");
-        QTest::addColumn<QStringList>("pageTrades");   // the trade of each sheet, then the list has none
-        QTest::newRow("trade only") << QStringList{} << QStringList{"Elektro", "Mechanik"};
-        QTest::newRow("location") << QStringList{"", "", "", "", "", "Lokalisierung"}
+        QTest::addColumn<QString>("alt");              // the older single key
+        QTest::addColumn<QStringList>("pageTrades");   // the trade of each sheet
+        QTest::newRow("trade only") << QStringList{} << QString() << QStringList{"Elektro", "Mechanik"};
+        QTest::newRow("older single key") << QStringList{} << "Lokalisierung"
+                                          << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
+        QTest::newRow("location") << QStringList{"", "", "", "", "", "Lokalisierung"} << QString()
                                   << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
-        QTest::newRow("component") << QStringList{"Komponente"}
+        QTest::newRow("component") << QStringList{"Komponente"} << QString()
                                    << QStringList{"Elektro", "Elektro", "Elektro", "Mechanik", "Mechanik", "Mechanik"};
-        QTest::newRow("cost centre by caption") << QStringList{"", "", "", "", "Kostenstelle"}
+        QTest::newRow("cost centre by caption") << QStringList{"", "", "", "", "Kostenstelle"} << QString()
                                                 << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
-        QTest::newRow("foreign name ignored") << QStringList{"Text; DROP TABLE Auftrag"}
+        QTest::newRow("foreign name ignored") << QStringList{"Text; DROP TABLE Auftrag"} << QString()
                                               << QStringList{"Elektro", "Mechanik"};
     }
     void headChanges()
     {
         QFETCH(QStringList, keys);
+        QFETCH(QString, alt);
         QFETCH(QStringList, pageTrades);
         twoTradesWeek();
-        setOptions(keys);
+        setOptions(keys, {}, 1, alt);
         RecordingPreview rec;
         ScriptedPresenter msg;
         const JobSheetResult r = preview();
@@ -227,7 +233,7 @@ private Q_SLOTS:
             QVERIFY(t.startsWith(QStringLiteral("WI - AUFTRAG")));
         }
         // The location head key shows its value in the head.
-        if (keys.contains(QStringLiteral("Lokalisierung")))
+        if (keys.contains(QStringLiteral("Lokalisierung")) || !alt.isEmpty())
             QVERIFY(rec.page(1).contains(QStringLiteral("Lokal.: |Ost")));
         QCOMPARE(countRows(data->sql(), QStringLiteral("Auftrag")), 6);
     }
