@@ -337,8 +337,10 @@ JobSheetQuery jobSheetQuery(Session &session, const QString &jahr, const QString
     const auto like = [&](const QString &feld, const QString &text) {
         if (text.trimmed().isEmpty())
             return;
-        q.sql += QStringLiteral(" AND upper(Auftrag.%1) LIKE ? ESCAPE '\\'").arg(feld);
-        q.values << likePattern(text.toUpper());
+        // LIKE ignores the case of ASCII letters; the text is bound as typed, so a name
+        // with umlauts matches as it stands.
+        q.sql += QStringLiteral(" AND Auftrag.%1 LIKE ? ESCAPE '\\'").arg(feld);
+        q.values << likePattern(text);
     };
     like(QStringLiteral("Kostenstelle"), f.kostenstelle);
     like(QStringLiteral("Lokalisierung"), f.lokalisierung);

@@ -10,6 +10,7 @@
 #include "zol/print/PrinterF.h"
 #include "zol/structure/Node.h"
 #include <QElapsedTimer>
+#include <QPdfWriter>
 #include <QProcess>
 #include <QtTest>
 
@@ -417,8 +418,9 @@ private Q_SLOTS:
         QTest::newRow("percent is plain") << "" << "K%" << "" << 0;
         QTest::newRow("underscore is plain") << "" << "" << "O_t" << 0;
         QTest::newRow("all three") << "*" << "K1*" << "Ost" << 2;
-        QTest::newRow("blank is no filter") << "  " << "" << "" << 5;
+        QTest::newRow("blank is no filter") << "  " << "" << "" << 6;
         QTest::newRow("nothing") << "Sanitär" << "" << "" << 0;
+        QTest::newRow("umlaut") << "Mess*ü*" << "" << "" << 1;
     }
     void filters()
     {
@@ -435,6 +437,7 @@ private Q_SLOTS:
         pl.order(fi(10), "12", "000001", "0020", {{"Ausfuehrender", "Mechanik"}, {"Lokalisierung", "West"}});
         pl.order(fi(11), "12", "000001", "0020", {{"Ausfuehrender", "O'Neil"}, {"Lokalisierung", "West"}});
         pl.order(fi(11), "12", "000001", "0030", {{"Ausfuehrender", "Elektronik"}, {"Lokalisierung", "Oxt"}});
+        pl.order(fi(11), "12", "000001", "0040", {{"Ausfuehrender", "Messtechnik Süd"}, {"Lokalisierung", "Nord"}});
         RecordingPreview rec;
         ScriptedPresenter msg;
         const JobSheetResult r = preview(QStringLiteral("12"), {gewerk, kst, lok});
@@ -521,6 +524,24 @@ private Q_SLOTS:
         QCOMPARE(r.status, JobSheetStatus::Cancelled);
         QCOMPARE(msg.texts().last(), QStringLiteral("Der Druckertreiber ist nicht verfügbar"));
         QCOMPARE(msg.lastStyle(), Style::Critical);
+
+        // With a printer the same pages go out directly.
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("direkt.pdf"));
+        {
+            QPdfWriter writer(path);
+            writer.setResolution(1440);
+            printer.setPrinter(&writer);
+            msg.clear();
+            msg.answer(Answer::Yes);
+            r = AuftragsDruckAnweisungen(*session, printer, "2026", "12", {}, false);
+            printer.setPrinter(nullptr);
+        }
+        QCOMPARE(r.status, JobSheetStatus::Done);
+        QCOMPARE(msg.texts().size(), 1);
+        const QString text = pdfText(path);
+        QCOMPARE(text.count(QLatin1Char('\f')), 2);
+        QVERIFY(QRegularExpression(QStringLiteral("0010 +Anweisung 0010 +L +1M +15,0")).match(text).hasMatch());
     }
 
     void statusLine()
