@@ -1,0 +1,640 @@
+#include "PageLayouts.h"
+#include "zol/instructions/IntervalCodes.h"
+#include <cmath>
+
+namespace zol {
+
+namespace {
+
+const QString TW_Nummer = QStringLiteral("0000/00000");
+const QString TW_Breit = QStringLiteral("mmmmmmmmmmn");
+
+double H(const PrinterF &p) { return p.TextHeight(); }
+
+void put(PrinterF &p, double x, double y, const QString &text, bool bold = false)
+{
+    p.setBold(bold);
+    p.XPos(x);
+    p.YPos(y);
+    p.PrintString(text);
+}
+
+// Writes at a line and gives the x behind the text, for chained head items.
+double putLine(PrinterF &p, double x, int zeile, const QString &text, bool bold = false)
+{
+    put(p, x, zeile * H(p), text, bold);
+    const double w = p.TextWidth(text);
+    p.setBold(false);
+    return x + w;
+}
+
+void putRight(PrinterF &p, double right, int zeile, const QString &text, bool bold = false)
+{
+    p.setBold(bold);
+    putLine(p, right - p.TextWidth(text), zeile, text, bold);
+}
+
+// A rule of "---" from x = 100 to the right margin.
+void rule(PrinterF &p, int zeile)
+{
+    const double w = p.TextWidth(QStringLiteral("---"));
+    const int n = w > 0 ? int((p.ScaleWidth() - 100) / w) : 0;
+    putLine(p, 100, zeile, QStringLiteral("---").repeated(n));
+}
+
+// Cuts a text so it fits a width; a master-data value must not run into the next cell.
+QString fit(const PrinterF &p, const QString &text, double width)
+{
+    if (p.TextWidth(text) <= width)
+        return text;
+    QString t = text;
+    while (!t.isEmpty() && p.TextWidth(t) > width)
+        t.chop(1);
+    return t;
+}
+
+// Whether n more lines from zeile stay above a limit counted from the bottom.
+bool passt(const PrinterF &p, int zeile, int n, int fussZeilen)
+{
+    return zeile + n < (p.ScaleHeight() - fussZeilen * H(p)) / H(p);
+}
+
+// The lines for handwriting end at the right margin: trailing underscores are
+// dropped where the job's type is too wide for all of them.
+QString bisRand(const PrinterF &p, double x, const QString &text)
+{
+    QString t = text;
+    while (t.endsWith(QLatin1Char('_')) && x + p.TextWidth(t) > p.ScaleWidth())
+        t.chop(1);
+    return t;
+}
+
+QString blattNr(const PrinterF &p) { return QString::number(p.Seite()); }
+
+double zahl(const QString &text)
+{
+    QString t = text.trimmed();
+    t.replace(QLatin1Char(','), QLatin1Char('.'));
+    return t.toDouble();
+}
+
+}   // namespace
+
+QString maske01(double v) { return QString::number(v, 'f', 1).replace(QLatin1Char('.'), QLatin1Char(',')); }
+QString maske001(double v) { return QString::number(v, 'f', 2).replace(QLatin1Char('.'), QLatin1Char(',')); }
+
+QString AuftragZeile::value(const QString &field) const
+{
+    const QString f = field.toLower();
+    if (f == u"teindex") return TeIndex;
+    if (f == u"jahr") return Jahr;
+    if (f == u"woche") return Woche;
+    if (f == u"objekt") return Objekt;
+    if (f == u"anweisung") return Anweisung;
+    if (f == u"wiverantwortlicher") return WIVerantwortlicher;
+    if (f == u"ausfuehrender") return Ausfuehrender;
+    if (f == u"kostenstelle") return Kostenstelle;
+    if (f == u"lokalisierung") return Lokalisierung;
+    if (f == u"option1") return Option1;
+    if (f == u"kompbezeichnung") return KompBezeichnung;
+    if (f == u"betriebszustand") return Betriebszustand;
+    if (f == u"betriebszustandxl") return BetriebszustandXL;
+    if (f == u"materialcode") return Materialcode;
+    if (f == u"bemerkung") return Bemerkung;
+    if (f == u"text") return Text;
+    if (f == u"intervall") return Intervall;
+    if (f == u"sicherheitshinweis") return SicherheitsHinweis;
+    if (f == u"intervalltyp") return IntervallTyp;
+    if (f == u"keinewartung") return KeineWartung;
+    if (f == u"befund") return Befund;
+    if (f == u"verbal") return Verbal;
+    if (f == u"datum") return Datum;
+    if (f == u"planzeit") return QString::number(PlanZeit);
+    if (f == u"materialmenge") return QString::number(Materialmenge);
+    if (f == u"anzahlpersonen") return QString::number(AnzahlPersonen);
+    return {};
+}
+
+AnweisungsSpalten::AnweisungsSpalten(const PrinterF &p)
+{
+    Nummer = 100;
+    Text = Nummer + p.TextWidth(TW_Nummer);
+    TextEnde = p.ScaleWidth() / 11 * 5 - 150;
+    Personen = TextEnde + p.TextWidth(TW_Breit);
+    Betrieb = Personen + p.TextWidth(QStringLiteral("XX"));
+    Intervall = Betrieb + p.TextWidth(QStringLiteral("OO"));
+    Zeit = Intervall + p.TextWidth(QStringLiteral("OOO"));
+    Menge = Zeit + p.TextWidth(TW_Breit);
+    Neun = Menge + p.TextWidth(QStringLiteral("00000000"));
+    Zehn = Neun + p.TextWidth(QStringLiteral("00000"));
+    TextRechts = TextEnde - (Personen - TextEnde) / 2;
+    Bemerkung = Zeit + p.TextWidth(QStringLiteral("====="));
+    Tagesleiste = Menge + p.TextWidth(QStringLiteral("===="));
+}
+
+RueckmeldungSpalten::RueckmeldungSpalten(const PrinterF &p)
+{
+    Nummer = 200;
+    Text = Nummer + p.TextWidth(QStringLiteral("0000/0000"));
+    Block = p.ScaleWidth() / 5 * 3;
+    Code = Block + p.TextWidth(QStringLiteral("Intervall "));
+    Menge = Code + p.TextWidth(QStringLiteral("OOOOOOOOOOO"));
+    Zeit = Menge + p.TextWidth(QStringLiteral("00000000"));
+    Befund = Zeit + p.TextWidth(QStringLiteral("000000000"));
+    Verbal = Befund + p.TextWidth(QStringLiteral("Befund "));
+}
+
+ErfassungSpalten::ErfassungSpalten(const PrinterF &p)
+{
+    const QString f15 = QStringLiteral("000000000000000");
+    const QString f9 = QStringLiteral("000000000");
+    LaufendeNummer = 300;
+    Datum = LaufendeNummer + p.TextWidth(QStringLiteral("000000"));
+    Herkunft = Datum + p.TextWidth(QStringLiteral("00.00.000000"));
+    Schadensart = Herkunft + p.TextWidth(f15);
+    Zeit = Schadensart + p.TextWidth(f15);
+    Auftragsart = Zeit + p.TextWidth(QStringLiteral("000.0000"));
+    Ursache = Auftragsart + p.TextWidth(f15);
+    Lohn = Ursache + p.TextWidth(f15);
+    Material = Lohn + p.TextWidth(f9);
+    Fremd = Material + p.TextWidth(f9);
+    ErledigtAm = Fremd + p.TextWidth(QStringLiteral("0000000000"));
+}
+
+double zeilenHoehe(const PrinterF &p) { return H(p); }
+int letzteZeile(const PrinterF &p) { return int((p.ScaleHeight() - 6 * H(p)) / H(p)); }
+
+// ---------------------------------------------------------------- job sheet
+
+int Print_AnweisungsKopf(PrinterF &p, const AnweisungsKopfDaten &k, const AnweisungsSpalten &s)
+{
+    const double right = p.ScaleWidth();
+    const AuftragZeile &z = k.zeile;
+    putLine(p, 100, 0, QStringLiteral("WI - AUFTRAG"), true);
+    putRight(p, right, 0, QStringLiteral("Blatt Nr. ") + blattNr(p), true);
+
+    double x = putLine(p, 100, 1, k.proGewerk ? QStringLiteral("Gewerk: ") : QStringLiteral("Ausführendes Gewerk: "));
+    x = putLine(p, x, 1, z.Ausfuehrender, true);
+    x = putLine(p, x, 1, QStringLiteral("  für Woche: "));
+    x = putLine(p, x, 1, k.Woche, true);
+    x = putLine(p, x, 1, QStringLiteral("      im Jahr: "));
+    putLine(p, x, 1, k.Jahr, true);
+    putRight(p, right, 1, QStringLiteral("  Gedruckt:   ") + k.Datum);
+
+    // The values of the head keys that break the sheets.
+    const auto aktiv = [&](const char *feld) {
+        for (const QString &f : k.kopfFelder)
+            if (f.compare(QLatin1String(feld), Qt::CaseInsensitive) == 0)
+                return true;
+        return false;
+    };
+    x = 100;
+    const double gap = p.TextWidth(QStringLiteral("   "));
+    const auto item = [&](const QString &label, const QString &value) {
+        x = putLine(p, x, 2, label);
+        x = putLine(p, x, 2, value, true) + gap;
+    };
+    if (aktiv("Lokalisierung"))
+        item(QStringLiteral("Lokal.: "), z.Lokalisierung);
+    if (aktiv("Option1"))
+        item(QStringLiteral("Weg: "), z.Option1);
+    if (aktiv("Kostenstelle"))
+        item(QStringLiteral("Kst: "), z.Kostenstelle);
+    if (aktiv("BetriebszustandXL"))
+        item(QStringLiteral("   BZustand "),
+             z.BetriebszustandXL == QLatin1String("R") ? z.Betriebszustand : QStringLiteral("L,X"));
+    if (aktiv("Materialcode"))
+        item(QStringLiteral("   Mat: "), z.Materialcode);
+
+    rule(p, 3);
+    const double sEnde = s.Personen - p.TextWidth(QStringLiteral("XX")) + p.TextWidth(QStringLiteral("I"));
+    const auto heads = [&](int zeile, const QString &nummer, const QString &text, const QString &sh,
+                           const QString &ap, const QString &bz, const QString &iv, const QString &zeit,
+                           const QString &bem) {
+        putLine(p, s.Nummer, zeile, nummer, true);
+        if (!text.isEmpty())
+            putLine(p, s.Text, zeile, text, true);
+        putRight(p, sEnde, zeile, sh, true);
+        putLine(p, s.Personen, zeile, ap, true);
+        putLine(p, s.Betrieb, zeile, bz, true);
+        putLine(p, s.Intervall, zeile, iv, true);
+        putLine(p, s.Zeit, zeile, zeit, true);
+        putLine(p, s.Bemerkung, zeile, bem, true);
+    };
+    heads(4, QStringLiteral("Objekt/"), {}, QStringLiteral("S"), QStringLiteral("A"), QStringLiteral("B"),
+          QStringLiteral("I"), QStringLiteral("Plan-"), QStringLiteral("Material/"));
+    heads(5, QStringLiteral("Anweisung"), QStringLiteral("                         Anweisungstext"),
+          QStringLiteral("H"), QStringLiteral("P"), QStringLiteral("Z"), QStringLiteral("V"),
+          QStringLiteral("zeit"), QStringLiteral("Bemerkungen"));
+    rule(p, 6);
+    p.setBold(false);
+    return 7;
+}
+
+namespace {
+
+// The master data block of a component over four columns; for the
+// instruction overview with the reference week and the maintenance-free weeks.
+bool komponentenBlock(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile, bool protokoll,
+                      const QString &fehlt)
+{
+    const int n = !node ? 2 : (protokoll ? 7 : 6);
+    if (!passt(p, zeile, n, 6))
+        return false;
+    if (!node) {
+        putLine(p, 100, zeile + 1, fehlt, true);
+        zeile += n;
+        return true;
+    }
+    const Node &k = *node;
+    double x = putLine(p, 100, zeile + 1, QStringLiteral("Komponente: "), true);
+    x = putLine(p, x, zeile + 1, k.Text, true);
+    if (protokoll) {
+        x = putLine(p, x + p.TextWidth(QStringLiteral("      ")), zeile + 1, QStringLiteral("BWoche: "));
+        putLine(p, x, zeile + 1, k.BezugsJahr + QLatin1Char('/') + k.BezugsWoche);
+    }
+    putLine(p, 100, zeile + 2, fit(p, pfad, p.ScaleWidth() - 100));
+
+    const double spalte = (p.ScaleWidth() - 100) / 4;
+    const auto feld = [&](int r, int c, const QString &label, const QString &value) {
+        const double x0 = 100 + c * spalte;
+        const double x1 = putLine(p, x0, zeile + r, label);
+        putLine(p, x1, zeile + r, fit(p, value, x0 + spalte - x1 - 60), true);
+    };
+    feld(3, 0, QStringLiteral("KSt.: "), k.Kostenstelle);
+    feld(3, 1, QStringLiteral("Standort: "), k.Standort);
+    feld(3, 2, QStringLiteral("Ident-Nr: "), k.IdentNr);
+    feld(3, 3, QStringLiteral("Lok.: "), k.Lokalisierung);
+    feld(4, 0, QStringLiteral("Inspekteur: "), k.WIVerantwortlicher);
+    feld(4, 1, QStringLiteral("Herst.: "), k.Hersteller);
+    feld(4, 2, QStringLiteral("Klass.: "), k.Klassifizierung);
+    feld(4, 3, QStringLiteral("WI-Steuerung: "), k.AnlagenVerantwortlicher);
+    feld(5, 0, QStringLiteral("Typ: "), k.Typ);
+    feld(5, 1, QStringLiteral("Laufweg: "), k.Option1);
+    feld(5, 2, QStringLiteral("Option: "), k.Option2);
+    if (protokoll) {
+        putLine(p, 100, zeile + 6,
+                QStringLiteral("Keine Wartung in den Wochen:  ") + k.KeineWartungWocheVon1 + QStringLiteral(" - ") +
+                    k.KeineWartungWocheBis1 + QStringLiteral("   ") + k.KeineWartungWocheVon2 +
+                    QStringLiteral(" - ") + k.KeineWartungWocheBis2);
+    }
+    p.setBold(false);
+    zeile += n;
+    return true;
+}
+
+// The object number and its head text in bold, wrapped into the text column.
+bool objektZeile(PrinterF &p, const QString &text, const QString &objekt, int &zeile, const AnweisungsSpalten &s)
+{
+    p.setBold(true);
+    QString t = text;
+    const double h = H(p);
+    const int lines = p.PrintText(t, int(s.Text), int(s.TextRechts), int(zeile * h),
+                                  int(p.ScaleHeight() - 6 * h), QStringLiteral(" "));
+    if (!(lines < (p.ScaleHeight() - 6 * h - int(zeile * h)) / h)) {
+        p.setBold(false);
+        return false;
+    }
+    putLine(p, s.Nummer, zeile, objekt, true);
+    p.setBold(false);
+    zeile += lines;
+    return true;
+}
+
+// The instruction text of a row and its number; the lines it took, or 0 when it does not fit.
+int textUndNummer(PrinterF &p, const QString &text, const QString &anweisung, int zeile, const AnweisungsSpalten &s)
+{
+    const double h = H(p);
+    int lines = 1;
+    p.setBold(false);
+    if (!text.isEmpty()) {
+        QString t = text;
+        lines = p.PrintText(t, int(s.Text), int(s.TextRechts), int(zeile * h), int(p.ScaleHeight() - 6 * h),
+                            QStringLiteral(" "));
+        if (!(lines < (p.ScaleHeight() - 6 * h - int(zeile * h)) / h))
+            return 0;
+    } else if (!passt(p, zeile, 1, 6)) {
+        return 0;
+    }
+    putLine(p, s.Nummer, zeile, QStringLiteral("    ") + anweisung);
+    return lines;
+}
+
+void sicherheitsHinweis(PrinterF &p, const QString &hinweis, int zeile, const AnweisungsSpalten &s)
+{
+    if (hinweis.isEmpty())
+        return;
+    const double ende = s.Personen - p.TextWidth(QStringLiteral("XX")) + p.TextWidth(QStringLiteral("I"));
+    putRight(p, ende, zeile, QStringLiteral("  ") + hinweis);
+}
+
+}   // namespace
+
+bool Print_AnweisungsKomponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
+                                const AnweisungsSpalten &)
+{
+    return komponentenBlock(p, node, pfad, zeile, false, QStringLiteral("Komponente wurde nicht gefunden"));
+}
+
+bool Print_AnweisungsObjektZeile(PrinterF &p, const QString &text, const QString &objekt, int &zeile,
+                                 const AnweisungsSpalten &s)
+{
+    return objektZeile(p, text, objekt, zeile, s);
+}
+
+bool Print_AnweisungsZeile(PrinterF &p, const AuftragZeile &z, int &zeile, double &summe, const AnweisungsSpalten &s)
+{
+    if (z.Anweisung == QLatin1String("0000"))
+        return objektZeile(p, z.Text, z.Objekt, zeile, s);
+
+    const int lines = textUndNummer(p, z.Text, z.Anweisung, zeile, s);
+    if (lines == 0)
+        return false;
+    sicherheitsHinweis(p, z.SicherheitsHinweis, zeile, s);
+    if (z.AnzahlPersonen != 0)
+        putLine(p, s.Personen, zeile, QString::number(z.AnzahlPersonen));
+    if (!z.Betriebszustand.isEmpty() && z.Betriebszustand != QLatin1String("X"))
+        putLine(p, s.Betrieb, zeile, z.Betriebszustand);
+    if (!z.Intervall.isEmpty())
+        putLine(p, s.Intervall, zeile, z.Intervall);
+    putLine(p, s.Zeit, zeile, maske01(z.PlanZeit));
+    summe += z.PlanZeit;
+    p.setBold(false);
+
+    if (!z.Intervall.endsWith(QLatin1Char('T')))
+        putLine(p, s.Bemerkung, zeile, bisRand(p, s.Bemerkung, QStringLiteral("________________________________________")));
+    if (!z.Materialcode.isEmpty())
+        putLine(p, s.Bemerkung, zeile, z.Materialcode);
+    if (z.Materialmenge > 0)
+        putLine(p, s.Menge, zeile, maske01(z.Materialmenge));
+    const QString strip = dayStrip(z.Intervall);
+    if (!strip.isEmpty()) {
+        // Behind the quantity where the page is wide enough for all seven days; else
+        // in the remarks column, which a strip row leaves free. All strips align.
+        double x = s.Tagesleiste;
+        if (x + p.TextWidth(QStringLiteral("Mo Di Mi Do Fr Sa So _____")) > p.ScaleWidth())
+            x = s.Bemerkung;
+        putLine(p, x, zeile, bisRand(p, x, strip));
+    }
+    zeile += lines;
+    return true;
+}
+
+void Print_AnweisungsFusszeile(PrinterF &p, int zeile, double summe, const AnweisungsSpalten &)
+{
+    const double h = H(p);
+    const double sh = p.ScaleHeight();
+    p.setBold(false);
+    p.Print_UnterenRand(zeile, 100, 0, int(zeile * h), int(sh - 6 * h));
+
+    const double w = p.TextWidth(QStringLiteral("---"));
+    const int n = w > 0 ? int((p.ScaleWidth() - 100) / w) : 0;
+    put(p, 100, sh - 6 * h, QStringLiteral("---").repeated(n));
+    const double sw = p.ScaleWidth();
+    const double name = 100 + sw * 0.25, unterschrift = 100 + sw * 0.6;
+    const QString linie = QStringLiteral("_").repeated(30);
+    put(p, 100, sh - 4 * h, QStringLiteral("_").repeated(18));
+    put(p, name, sh - 4 * h, linie);
+    put(p, unterschrift, sh - 4 * h, linie);
+    put(p, 100, sh - 3 * h, QStringLiteral("Datum"));
+    put(p, name, sh - 3 * h, QStringLiteral("Name (Druckschrift)"));
+    put(p, unterschrift, sh - 3 * h, QStringLiteral("Unterschrift"));
+    put(p, 100, sh - 2 * h, QStringLiteral("+ := Ausgeführt; S := Storniert; F := Fehler gefunden; R := Repariert "));
+    const QString label = QStringLiteral("Summierte Planzeit bisher:   ");
+    put(p, 100, sh - h, label);
+    put(p, 100 + p.TextWidth(label), sh - h, maske01(summe) + QStringLiteral("   Minuten"), true);
+    p.setBold(false);
+}
+
+// ------------------------------------------------- list without maintenance
+
+int Print_KeineWartungKopf(PrinterF &p, const QString &woche, const QString &jahr, const QString &datum)
+{
+    double x = putLine(p, 100, 0, QStringLiteral("      WI - AUFTRÄGE"), true);
+    x = putLine(p, x, 0, QStringLiteral("               Blatt Nr. ") + blattNr(p));
+    putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
+    x = putLine(p, 100, 1, QStringLiteral("  für Woche: ") + woche);
+    putLine(p, x, 1, QStringLiteral("     im Jahr: ") + jahr);
+    rule(p, 2);
+    putLine(p, 100, 4,
+            QStringLiteral("Für die Woche %1/%2 ist für folgende Komponenten keine Wartung vorgesehen").arg(woche, jahr),
+            true);
+    putLine(p, 100, 5, QStringLiteral("und werden daher keine WI-Aufträge ausgedruckt:"), true);
+    p.setBold(false);
+    return 7;
+}
+
+bool Print_KeineWartungKomponente(PrinterF &p, const QString &pfad, int &zeile)
+{
+    const double h = H(p);
+    QString t = pfad.isEmpty() ? QStringLiteral(" ") : pfad;
+    p.setBold(false);
+    const int lines = p.PrintText(t, 300, int(p.ScaleWidth()), int(zeile * h), int(p.ScaleHeight() - 3 * h),
+                                  QStringLiteral("\\ "));
+    if (!(lines < (p.ScaleHeight() - 3 * h - int(zeile * h)) / h))
+        return false;
+    zeile += lines;
+    return true;
+}
+
+void Print_KeineWartungFusszeile(PrinterF &p)
+{
+    put(p, 100, p.ScaleHeight() - 2 * H(p), QStringLiteral("Unterschrift: _ _ _ _ _ _ _ _ _ _"));
+}
+
+// ----------------------------------------------------- instruction overview
+
+int Print_Protokoll_Kopf(PrinterF &p, const QString &datum, const AnweisungsSpalten &s)
+{
+    double x = putLine(p, 100, 0, QStringLiteral("WI-Übersicht"), true);
+    x = putLine(p, x, 0, QStringLiteral("               Blatt Nr. ") + blattNr(p));
+    putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
+    rule(p, 1);
+    putLine(p, s.Nummer, 2, QStringLiteral("Objekt/"), true);
+    putLine(p, s.TextRechts, 2, QStringLiteral("  Sicherheits-"), true);
+    putLine(p, s.Personen, 2, QStringLiteral("A"), true);
+    putLine(p, s.Betrieb, 2, QStringLiteral("B"), true);
+    putLine(p, s.Intervall, 2, QStringLiteral("I"), true);
+    putLine(p, s.Zeit, 2, QStringLiteral("Material-"), true);
+    putLine(p, s.Menge, 2, QStringLiteral("Material"), true);
+    putLine(p, s.Neun, 2, QStringLiteral("Plan-"), true);
+    putLine(p, s.Nummer, 3, QStringLiteral("Anweisung"), true);
+    putLine(p, s.Text, 3, QStringLiteral("                         Anweisungstext"), true);
+    putLine(p, s.TextRechts, 3, QStringLiteral("    hinweis"), true);
+    putLine(p, s.Personen, 3, QStringLiteral("P"), true);
+    putLine(p, s.Betrieb, 3, QStringLiteral("Z"), true);
+    putLine(p, s.Intervall, 3, QStringLiteral("V"), true);
+    putLine(p, s.Zeit, 3, QStringLiteral("   code  "), true);
+    putLine(p, s.Menge, 3, QStringLiteral("menge "), true);
+    putLine(p, s.Neun, 3, QStringLiteral("zeit"), true);
+    putLine(p, s.Zehn, 3, QStringLiteral("Gewerk"), true);
+    rule(p, 4);
+    p.setBold(false);
+    return 5;
+}
+
+bool Print_Protokoll_Komponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
+                                const AnweisungsSpalten &)
+{
+    return komponentenBlock(p, node, pfad, zeile, true, QStringLiteral("Komponente nicht gefunden"));
+}
+
+bool Print_Protokoll_Zeile(PrinterF &p, const PositionZeile &z, int &zeile, const AnweisungsSpalten &s)
+{
+    if (z.Anweisung == QLatin1String("0000"))
+        return objektZeile(p, z.Text, z.Objekt, zeile, s);
+    const int lines = textUndNummer(p, z.Text, z.Anweisung, zeile, s);
+    if (lines == 0)
+        return false;
+    // The overview has no room for the safety note in front of the persons: it stands under its head.
+    if (!z.Sicherheitshinweis.isEmpty())
+        putLine(p, s.TextRechts, zeile, QStringLiteral("  ") + fit(p, z.Sicherheitshinweis, s.Personen - s.TextRechts - 60));
+    if (!z.AnzahlPersonen.trimmed().isEmpty() && z.AnzahlPersonen.trimmed() != QLatin1String("0"))
+        putLine(p, s.Personen, zeile, z.AnzahlPersonen.trimmed());
+    if (!z.Betriebszustand.isEmpty() && z.Betriebszustand != QLatin1String("X"))
+        putLine(p, s.Betrieb, zeile, z.Betriebszustand);
+    if (!z.Intervall.isEmpty())
+        putLine(p, s.Intervall, zeile, z.Intervall);
+    if (!z.Materialcode.isEmpty())
+        putLine(p, s.Zeit, zeile, fit(p, z.Materialcode, s.Menge - s.Zeit - 60));
+    if (zahl(z.Materialmenge) > 0)
+        putLine(p, s.Menge, zeile, maske01(zahl(z.Materialmenge)));
+    putLine(p, s.Neun, zeile, maske01(zahl(z.Planzeit)));
+    if (!z.Ausfuehrender.isEmpty())
+        putLine(p, s.Zehn, zeile, fit(p, z.Ausfuehrender, p.ScaleWidth() - s.Zehn));
+    zeile += lines;
+    return true;
+}
+
+int Print_ProtokollStruktur_Kopf(PrinterF &p, const QString &datum)
+{
+    double x = putLine(p, 100, 0, QStringLiteral("Komponentenstruktur"), true);
+    x = putLine(p, x, 0, QStringLiteral("               Blatt Nr. ") + blattNr(p));
+    putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
+    rule(p, 1);
+    return 3;
+}
+
+// ----------------------------------------------------------- findings list
+
+int Print_Rueckmeldung_Kopf(PrinterF &p, const QString &woche, const QString &jahr, const QString &datum,
+                            const RueckmeldungSpalten &s)
+{
+    double x = putLine(p, s.Nummer, 0, QStringLiteral("Geplante Wartungs- und Inspektionsmaßnahmen"), true);
+    putLine(p, x, 0, QStringLiteral("   Seite: ") + blattNr(p));
+    x = putLine(p, s.Nummer, 1, QStringLiteral("Rückmeldung von Befunden und Reparaturen"), true);
+    x = putLine(p, x, 1, QStringLiteral("   Gedruckt : ") + datum);
+    putLine(p, x, 1, QStringLiteral("   Woche: ") + woche + QLatin1Char('/') + jahr);
+    rule(p, 2);
+    putLine(p, s.Nummer, 3, QStringLiteral("Objekt/"), true);
+    putLine(p, s.Code, 3, QStringLiteral("Material"), true);
+    putLine(p, s.Zeit, 3, QStringLiteral("Arbeits-"), true);
+    // The last two heads keep inside the right margin where the type is wide.
+    p.setBold(true);
+    const double xVerbal = qMin(s.Verbal, p.ScaleWidth() - p.TextWidth(QStringLiteral("Verbal")));
+    const double xBefund = qMin(s.Befund, xVerbal - p.TextWidth(QStringLiteral(" Befund")));
+    putLine(p, xBefund, 3, QStringLiteral("Befund"), true);
+    putLine(p, xVerbal, 3, QStringLiteral("Verbal"), true);
+    putLine(p, s.Nummer, 4, QStringLiteral("Anweisung"), true);
+    putLine(p, s.Text, 4, QStringLiteral("      WI-Anweisung"), true);
+    putLine(p, s.Block, 4, QStringLiteral("Intervall"), true);
+    putLine(p, s.Code, 4, QStringLiteral("  Code"), true);
+    putLine(p, s.Menge, 4, QStringLiteral(" menge"), true);
+    putLine(p, s.Zeit, 4, QStringLiteral("zeit"), true);
+    rule(p, 5);
+    p.setBold(false);
+    return 6;
+}
+
+bool Print_Rueckmeldung_BefundZeile(PrinterF &p, const AuftragZeile &z, int &zeile, const RueckmeldungSpalten &s)
+{
+    const double h = H(p);
+    const double ymax = p.ScaleHeight() - 3 * h;
+    const QString text = z.Text.isEmpty() ? QStringLiteral(" ") : z.Text;
+    p.setBold(false);
+    // Counted first (a limit at the start prints nothing), so the text and its note move on together.
+    QString t = text;
+    const int lines = p.PrintText(t, int(s.Text), int(s.Block - 100), int(zeile * h), int(zeile * h), QStringLiteral(" "));
+    const int need = lines + (z.Bemerkung.isEmpty() ? 0 : 1);
+    if (!(need < (ymax - int(zeile * h)) / h))
+        return false;
+    t = text;
+    p.PrintText(t, int(s.Text), int(s.Block - 100), int(zeile * h), int(ymax), QStringLiteral(" "));
+    putLine(p, s.Nummer, zeile, z.Anweisung);
+    putLine(p, s.Block, zeile, z.Intervall);
+    if (!z.Materialcode.isEmpty())
+        putLine(p, s.Code, zeile, fit(p, z.Materialcode, s.Menge - s.Code - 60));
+    putLine(p, s.Menge, zeile, maske01(z.Materialmenge));
+    putLine(p, s.Zeit, zeile, maske01(z.PlanZeit));
+    putLine(p, s.Befund, zeile, z.Befund, true);
+    putLine(p, s.Verbal, zeile, z.Verbal, true);
+    zeile += lines;
+    if (!z.Bemerkung.isEmpty()) {
+        const double x = putLine(p, s.Text, zeile, QStringLiteral("Hinweis:"), true);
+        putLine(p, x + p.TextWidth(QStringLiteral(" ")), zeile, fit(p, z.Bemerkung, p.ScaleWidth() - x - 100));
+        ++zeile;
+    }
+    p.setBold(false);
+    return true;
+}
+
+void Print_Rueckmeldung_Fusszeile(PrinterF &p)
+{
+    const double h = H(p);
+    put(p, 200, p.ScaleHeight() - 2 * h, QStringLiteral("   F := Fehler; R := Repariert; S := Storniert"));
+    put(p, 200, p.ScaleHeight() - h, QStringLiteral("   I = Instandhaltung-, P = Produktion ist informiert"));
+}
+
+// ----------------------------------------------------------------- effort
+
+int Print_Aufwand_Kopf(PrinterF &p, const QString &gewerk, double gesamt, double schnitt, const QString &datum)
+{
+    double x = putLine(p, 100, 0, QStringLiteral(" für Gewerk "), true);
+    x = putLine(p, x, 0, gewerk, true);
+    x = putLine(p, x, 0, QStringLiteral("  Gesamtzeit: ") + maske001(gesamt) + QStringLiteral(" h."));
+    putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
+    putLine(p, 100, 1, QStringLiteral("Durchschnittliche Stundenzahl/Woche: ") + maske001(schnitt) + QStringLiteral(" h"));
+    rule(p, 2);
+    putLine(p, 100, 3, QStringLiteral("Woche     Zeit (% - Stunden)"), true);
+    p.setBold(false);
+    return 5;
+}
+
+bool Print_Aufwand_Zeile(PrinterF &p, const QString &woche, double stunden, double anteil, int &zeile)
+{
+    if (!passt(p, zeile, 1, 1))
+        return false;
+    putLine(p, 100, zeile, woche);
+    const QString bar = QStringLiteral("*").repeated(qMax(0, int(std::lround(anteil))));
+    double x = putLine(p, 100 + p.TextWidth(QStringLiteral("Woche     ")), zeile, bar);
+    putLine(p, x + p.TextWidth(QStringLiteral(" ")), zeile,
+            maske001(stunden) + QStringLiteral(" h  ") + maske01(anteil) + QStringLiteral(" %"));
+    ++zeile;
+    return true;
+}
+
+// ------------------------------------------------------- repair order list
+
+int Print_Erfassung_Kopf(PrinterF &p, const QString &datum, const ErfassungSpalten &s)
+{
+    const double x = putLine(p, s.LaufendeNummer, 0, QStringLiteral("Ausserplanmässige Instandsetzungen"), true);
+    putLine(p, x, 0, QStringLiteral("   Gedruckt : ") + datum);
+    rule(p, 1);
+    // Plain type: the chained columns leave no room for bold heads.
+    putLine(p, s.LaufendeNummer, 2, QStringLiteral("Lfd.Nr."));
+    putLine(p, s.Datum, 2, QStringLiteral("Meldedatum"));
+    putLine(p, s.Herkunft, 2, QStringLiteral("Herkunft"));
+    putLine(p, s.Schadensart, 2, QStringLiteral("Schadensart"));
+    putLine(p, s.Zeit, 2, QStringLiteral("Zeit"));
+    putLine(p, s.Auftragsart, 2, QStringLiteral("Auftragsart"));
+    putLine(p, s.Ursache, 2, QStringLiteral("Ursache"));
+    putLine(p, s.Lohn, 2, QStringLiteral("Lohn"));
+    putLine(p, s.Material, 2, QStringLiteral("Material"));
+    putLine(p, s.Fremd, 2, QStringLiteral("Fremd"));
+    putLine(p, s.ErledigtAm, 2, QStringLiteral("Erledigt"));
+    rule(p, 3);
+    p.setBold(false);
+    return 4;
+}
+
+}
