@@ -95,6 +95,17 @@ QLineEdit *RuledTableView::openEditor() const
     return cur.isValid() ? qobject_cast<QLineEdit *>(indexWidget(cur)) : nullptr;
 }
 
+int RuledTableView::defaultColumnWidth(int col, int pixels, const QString &sample) const
+{
+    constexpr int Padding = 14;
+    int w = pixels;
+    if (model())
+        w = qMax(w, horizontalHeader()->fontMetrics().horizontalAdvance(model()->headerData(col, Qt::Horizontal).toString()) + Padding);
+    if (!sample.isEmpty())
+        w = qMax(w, fontMetrics().horizontalAdvance(sample) + Padding);
+    return w;
+}
+
 int RuledTableView::visibleRows() const
 {
     const int h = verticalHeader()->defaultSectionSize();

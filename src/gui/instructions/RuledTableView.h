@@ -78,6 +78,9 @@ public:
     bool leaveRow();
     // The editor open on the current cell, if any.
     QLineEdit *openEditor() const;
+    // A default width in pixels that shows the column's title and, at least,
+    // sample (e.g. a number mask) whole.
+    int defaultColumnWidth(int col, int pixels, const QString &sample = {}) const;
     // How many whole rows the view shows.
     int visibleRows() const;
     // Whether the current cell may move to index (rules run on the way).

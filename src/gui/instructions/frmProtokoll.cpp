@@ -130,7 +130,8 @@ void frmProtokoll::loadLayout()
     ui->dbGrid->setColumnHidden(zol::Col::TeNummer, true);
     for (int col = 1; col < zol::Col::Count; ++col)
         h->resizeSection(col, zol::GetSettingInt(columnSection(m_session, col), QStringLiteral("Width"),
-                                                 DefaultWidth[col] / TwipsPerPixel));
+                                                 ui->dbGrid->defaultColumnWidth(col, DefaultWidth[col] / TwipsPerPixel,
+                                                                                col == zol::Col::Objekt ? QStringLiteral("000000") : QString())));
     ui->dbGrid->verticalHeader()->setDefaultSectionSize(zol::GetSettingInt(
         m_session.section(QStringLiteral("\\env\\Protokoll\\Zeile")), QStringLiteral("Height"), DefaultRowHeight / TwipsPerPixel));
 }

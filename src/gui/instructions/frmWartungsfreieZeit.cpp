@@ -24,6 +24,8 @@ frmWartungsfreieZeit::frmWartungsfreieZeit(zol::Session &session, QWidget *paren
     ui->setupUi(this);
     ui->DBGrid1->installEventFilter(this);
     ui->lblDBGrid1Caption->setBackgroundRole(QPalette::Mid);
+    // The comment takes what the window has beyond the two weeks.
+    ui->DBGrid1->horizontalHeader()->setStretchLastSection(true);
 }
 
 frmWartungsfreieZeit::~frmWartungsfreieZeit()
@@ -40,7 +42,7 @@ void frmWartungsfreieZeit::zeig()
         ui->DBGrid1->setEditTriggers(QAbstractItemView::NoEditTriggers);
     for (int col = 0; col < 3; ++col)
         ui->DBGrid1->setColumnWidth(col, zol::GetSettingInt(columnSection(m_session, col), QStringLiteral("Width"),
-                                                            DefaultWidth[col] / TwipsPerPixel));
+                                                            ui->DBGrid1->defaultColumnWidth(col, DefaultWidth[col] / TwipsPerPixel)));
     ui->DBGrid1->verticalHeader()->setDefaultSectionSize(zol::GetSettingInt(
         m_session.section(QStringLiteral("\\env\\WartungsfreieZeiten\\Zeile")), QStringLiteral("Height"), 420 / TwipsPerPixel));
     const int state = restoreWindowState(this, m_session.section(QStringLiteral("\\env\\WartungsfreieZeiten")),
