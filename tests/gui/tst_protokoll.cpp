@@ -267,6 +267,13 @@ private Q_SLOTS:
         QCOMPARE(p.lastText(), QStringLiteral("Zulässige Werte: R=in Ruhe, L=in Lauf/Betrieb, X=egal"));
         view->setCurrentIndex(view->model()->index(2, Col::Text));
         QCOMPARE(stored(d.sql(), Comp1, "000010", "0010", "Intervall"), QStringLiteral("6M"));
+        // Ctrl+K works inside an open cell as well.
+        view->setCurrentIndex(view->model()->index(2, Col::Materialcode));
+        QVERIFY(view->edit(view->currentIndex(), QAbstractItemView::AllEditTriggers, nullptr));
+        QTest::keyClick(view->openEditor(), Qt::Key_K, Qt::ControlModifier);
+        QCOMPARE(asked.last(), QStringLiteral("Material"));
+        QCOMPARE(view->model()->index(2, Col::Materialcode).data().toString(), QStringLiteral("Dichtung tauschen"));
+        QCOMPARE(view->model()->index(2, Col::Intervall).data().toString(), QStringLiteral("1W"));
 
         // A Werker sees and searches, and changes nothing.
         Session werker(d.db());
@@ -504,6 +511,10 @@ private Q_SLOTS:
         QCOMPARE(txtAnweisung->text(), QStringLiteral("0015"));
         QCOMPARE(dlg->findChild<QComboBox *>(QStringLiteral("dbcIntervall"))->currentText(), QStringLiteral("1W"));
         txtText->setText(QStringLiteral("Kupplung prüfen"));
+        if (qEnvironmentVariableIsSet("ZOL_SCREENSHOTS")) {
+            dlg->show();
+            shoot(dlg, QStringLiteral("frmProtokollPosition.png"));
+        }
         QTest::mouseClick(cmdOk, Qt::LeftButton);
         QVERIFY(p.texts().isEmpty());
         QCOMPARE(stored(d.sql(), Comp1, "000010", "0015", "Text"), QStringLiteral("Kupplung prüfen"));

@@ -53,6 +53,20 @@ void RuledDelegate::setEditorData(QWidget *editor, const QModelIndex &index) con
         edit->setText(index.data(Qt::EditRole).toString());
 }
 
+bool RuledDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        auto *ke = static_cast<QKeyEvent *>(event);
+        if (ke->key() == Qt::Key_K && ke->modifiers() == Qt::ControlModifier) {
+            const QPersistentModelIndex at = watched->property(IndexProp).value<QPersistentModelIndex>();
+            if (at.isValid())
+                Q_EMIT cellButtonPressed(at.column());
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(watched, event);
+}
+
 void RuledDelegate::setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const
 {
     // The view runs the column rule itself (commitData), so a refusal can keep the editor.

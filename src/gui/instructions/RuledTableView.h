@@ -52,6 +52,10 @@ public:
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
 
+protected:
+    // Ctrl+K in a cell presses its button; the line edit would cut the line instead.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 Q_SIGNALS:
     void cellButtonPressed(int col) const;
 };

@@ -5,6 +5,7 @@
 #include "zol/core/Messages.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Users.h"
+#include "zol/instructions/Positions.h"
 #include "zol/instructions/RowBuffer.h"
 #include "zol/structure/Node.h"
 #include <QApplication>
@@ -72,6 +73,27 @@ frmProtokoll::frmProtokoll(zol::Session &session, QWidget *parent)
     connect(ui->mnuTile1, &QAction::triggered, this, [this] { Q_EMIT arrangeRequested(1); });
     connect(ui->mnuTile2, &QAction::triggered, this, [this] { Q_EMIT arrangeRequested(2); });
     connect(ui->dbGrid->ruledDelegate(), &RuledDelegate::cellButtonPressed, this, &frmProtokoll::columnButton);
+    // Each protocol window has its own search keys, active where its focus is.
+    for (QAction *a : {ui->mnuAnweisungenSuchen, ui->mnuAnweisungenWeitersuchen}) {
+        a->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        addAction(a);
+    }
+}
+
+int frmProtokoll::DeleteTePositionen(const QString &teNummer)
+{
+    const int n = zol::DeleteTePositionen(m_session.db(), teNummer);
+    if (m_model && teNummer == m_tag)
+        m_model->reload();
+    return n;
+}
+
+int frmProtokoll::CopyTePositionen(const QString &sourceTeNummer, const QString &targetTeNummer)
+{
+    const int n = zol::CopyTePositionen(m_session.db(), sourceTeNummer, targetTeNummer);
+    if (m_model && targetTeNummer == m_tag)
+        m_model->reload();
+    return n;
 }
 
 frmProtokoll::~frmProtokoll()

@@ -36,6 +36,11 @@ public:
 
     void setCatalogPicker(CatalogPicker picker) { m_picker = std::move(picker); }
 
+    // The whole-list operations on this window's lines, for the explorer; the
+    // grid shows the result when its own component is concerned.
+    int DeleteTePositionen(const QString &teNummer);
+    int CopyTePositionen(const QString &sourceTeNummer, const QString &targetTeNummer);
+
     ProtocolModel *model() const { return m_model.get(); }
     RuledTableView *grid() const;
     zol::ProtocolGrid *rules() const { return m_grid.get(); }
