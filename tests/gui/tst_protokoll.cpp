@@ -1,3 +1,4 @@
+#include "gui/core/GuiPresenter.h"
 #include "gui/instructions/ProtocolModel.h"
 #include "gui/instructions/frmDBGridSuchen.h"
 #include "gui/instructions/frmMDIProtokolle.h"
@@ -13,6 +14,8 @@
 #include "zol/structure/Node.h"
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QLabel>
+#include <QTimer>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -238,6 +241,49 @@ private Q_SLOTS:
                  QString::number(view->columnWidth(Col::Text)));
     }
 
+    // With the real message window the focus leaves the cell while the message
+    // shows; the refusal is shown once and the cell keeps its editor and text.
+    void refusalUnderTheMessageWindow()
+    {
+        TempData d;
+        addPlant(d.sql());
+        Session session(d.db());
+        login(session, Role::Administrator);
+        frmProtokoll w(session);
+        QVERIFY(w.zeig(Comp1, QStringLiteral("Pumpe")));
+        w.show();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        RuledTableView *view = gridOf(&w);
+        GuiPresenter presenter;
+        QStringList shown;
+        QTimer closer;
+        closer.setInterval(20);
+        connect(&closer, &QTimer::timeout, [&shown] {
+            if (QWidget *box = QApplication::activeModalWidget()) {
+                shown << box->findChild<QLabel *>(QStringLiteral("lblMessageText"))->text();
+                QTest::mouseClick(box->findChild<QPushButton *>(QStringLiteral("cmdOkay")), Qt::LeftButton);
+            }
+        });
+        closer.start();
+        QPointer<QLineEdit> e = typeInto(view, 1, Col::Anweisung, QStringLiteral("1x"));
+        QTest::qWait(200);
+        QCOMPARE(shown, QStringList{QStringLiteral("Nur numerische Zeichen erlaubt")});
+        QVERIFY(e);
+        QCOMPARE(view->openEditor(), e.data());
+        QCOMPARE(e->text(), QStringLiteral("1x"));
+        // The test platform doesn't hand activation back after a modal window.
+        w.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        QTRY_VERIFY(e->hasFocus());
+        // A click on another row doesn't get away from it either.
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                          QPoint(view->columnViewportPosition(Col::Text) + 5, view->rowViewportPosition(0) + 3));
+        QTest::qWait(200);
+        QCOMPARE(view->currentIndex(), view->model()->index(1, Col::Anweisung));
+        QVERIFY(shown.size() <= 2);
+        closer.stop();
+    }
+
     void columnButtonsAndRights()
     {
         TempData d;
@@ -328,6 +374,18 @@ private Q_SLOTS:
         QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ShiftModifier, rowY(2));
         QCOMPARE(w.selectedLines(), (QList<int>{0, 1, 2}));
         QVERIFY(p.texts().isEmpty());
+
+        // A right click opens the row menu only outside the current cell.
+        auto *popup = w.findChild<QMenu *>(QStringLiteral("mnuPopUp"));
+        view->setCurrentIndex(view->model()->index(2, Col::Text));
+        view->selectionModel()->select(QItemSelection(view->model()->index(0, 0), view->model()->index(2, Col::Count - 1)),
+                                       QItemSelectionModel::ClearAndSelect);
+        QTest::mouseClick(view->viewport(), Qt::RightButton, {}, rowY(2));
+        QVERIFY(!popup->isVisible());
+        QTest::mouseClick(view->viewport(), Qt::RightButton, {}, rowY(1));
+        QVERIFY(popup->isVisible());
+        popup->hide();
+        QCOMPARE(view->currentIndex().row(), 2);
 
         // Delete of several rows asks the plural question; No keeps them.
         p.answer(Answer::No);
