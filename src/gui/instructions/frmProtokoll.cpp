@@ -110,13 +110,14 @@ RuledTableView *frmProtokoll::grid() const
 bool frmProtokoll::zeig(const QString &key, const QString &text)
 {
     m_tag = key.startsWith(QLatin1Char('"')) ? key.mid(1, 10) : key.left(10);
+    ui->dbGrid->setModel(nullptr);
+    m_model.reset();
     m_grid = std::make_unique<zol::ProtocolGrid>(m_session.db(), m_tag, m_session.login().Level);
     const bool found = m_grid->open();
     setWindowTitle(tr("Komponente '") + text + QLatin1Char('\''));
     m_suchen->setWindowTitle(tr("Suchen in ") + windowTitle());
     if (found) {
-        ui->dbGrid->setModel(nullptr);
-        m_model = std::make_unique<ProtocolModel>(*m_grid, this);
+        m_model = std::make_unique<ProtocolModel>(*m_grid);
         ui->dbGrid->setModel(m_model.get());
         connect(ui->dbGrid->selectionModel(), &QItemSelectionModel::currentChanged, this,
                 [this] { m_lastHit.reset(); });
