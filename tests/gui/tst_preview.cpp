@@ -1,3 +1,4 @@
+#include "support/TestSupport.h"
 #include "gui/print/PrinterFWindow.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
@@ -183,12 +184,7 @@ private Q_SLOTS:
         QCOMPARE(w.shownPage(), 4);   // the last page printed is shown
         QVERIFY(w.isVisible());
 
-        auto text = [](const QString &path) {
-            QProcess p;
-            p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-            p.waitForFinished(30000);
-            return QString::fromUtf8(p.readAllStandardOutput());
-        };
+        auto text = [](const QString &path) { return zoltest::pdfText(path); };
         QString t = text(next + QStringLiteral(".pdf"));
         QCOMPARE(t.count(QLatin1Char('\f')), 3);
         QVERIFY(t.contains(QStringLiteral("Seite Nummer 2")));

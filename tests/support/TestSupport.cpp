@@ -2,6 +2,7 @@
 #include "zol/core/Settings.h"
 #include "zol/core/Sql.h"
 #include <QDir>
+#include <QProcess>
 
 namespace zoltest {
 
@@ -27,6 +28,19 @@ void TempData::reopen()
 {
     m_db->close();
     m_db->open();
+}
+
+QString pdfText(const QString &path, bool layout)
+{
+    QProcess p;
+    QStringList args;
+    if (layout)
+        args << QStringLiteral("-layout");
+    args << path << QStringLiteral("-");
+    p.start(QStringLiteral("pdftotext"), args);
+    if (!p.waitForFinished(60000) || p.exitCode() != 0)
+        return QString();
+    return QString::fromUtf8(p.readAllStandardOutput());
 }
 
 int countRows(const QSqlDatabase &db, const QString &table, const QString &where, const QVariantList &values)

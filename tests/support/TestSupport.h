@@ -24,6 +24,10 @@ private:
     std::unique_ptr<zol::Database> m_db;
 };
 
+// The text of a PDF file as pdftotext gives it (-layout keeps columns), with a
+// form feed after every page; empty when the file can't be read.
+QString pdfText(const QString &path, bool layout = true);
+
 // Number of rows of a table, optionally with a WHERE clause and bound values.
 int countRows(const QSqlDatabase &db, const QString &table, const QString &where = {}, const QVariantList &values = {});
 

@@ -78,22 +78,24 @@ static void dropConnection(const QString &name)
     QSqlDatabase::removeDatabase(name);
 }
 
+void Database::connect(int faultNumber, const QString &message)
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+    db.setDatabaseName(filePath());
+    if (!db.open()) {
+        const QString why = db.lastError().text();
+        db = QSqlDatabase();
+        dropConnection(m_connectionName);
+        throw Fault(faultNumber, message.arg(filePath(), why));
+    }
+}
+
 void Database::open()
 {
     if (isOpen())
         return;
     lock();
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-        db.setDatabaseName(filePath());
-        if (!db.open()) {
-            const QString why = db.lastError().text();
-            db = QSqlDatabase();
-            dropConnection(m_connectionName);
-            throw Fault(FaultNo::NotADatabase,
-                        QStringLiteral("Die Datei '%1' kann nicht geöffnet werden: %2").arg(filePath(), why));
-        }
-    }
+    connect(FaultNo::NotADatabase, QStringLiteral("Die Datei '%1' kann nicht geöffnet werden: %2"));
     try {
         // A file that isn't SQLite, or not one of ours, is refused here.
         const int version = Schema::storedVersion(connection());
@@ -117,17 +119,7 @@ void Database::create(const QString &adminName, const QString &adminPassword)
         throw Fault(FaultNo::CannotWrite, QStringLiteral("Die Datei '%1' existiert bereits.").arg(filePath()));
     if (!QDir().mkpath(m_dir))
         throw Fault(FaultNo::CannotWrite, QStringLiteral("Der Ordner '%1' kann nicht angelegt werden.").arg(m_dir));
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-        db.setDatabaseName(filePath());
-        if (!db.open()) {
-            const QString why = db.lastError().text();
-            db = QSqlDatabase();
-            dropConnection(m_connectionName);
-            throw Fault(FaultNo::CannotWrite,
-                        QStringLiteral("Die Datei '%1' kann nicht angelegt werden: %2").arg(filePath(), why));
-        }
-    }
+    connect(FaultNo::CannotWrite, QStringLiteral("Die Datei '%1' kann nicht angelegt werden: %2"));
     try {
         applyPragmas();
         Transaction tx(connection());

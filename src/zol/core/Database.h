@@ -46,6 +46,8 @@ public:
 
 private:
     void applyPragmas();
+    // Opens the connection to the file; a failure raises the fault with the message (%1 file, %2 reason).
+    void connect(int faultNumber, const QString &message);
 
     QString m_dir;
     QString m_connectionName;

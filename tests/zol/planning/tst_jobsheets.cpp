@@ -47,14 +47,6 @@ struct RecordingPreview : PreviewPresenter {
     }
 };
 
-QString pdfText(const QString &path)
-{
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-    if (!p.waitForFinished(60000) || p.exitCode() != 0)
-        return QString();
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
 
 // A constructed plant and week, written straight into the tables.
 class Plant {
@@ -539,7 +531,7 @@ private Q_SLOTS:
         }
         QCOMPARE(r.status, JobSheetStatus::Done);
         QCOMPARE(msg.texts().size(), 1);
-        const QString text = pdfText(path);
+        const QString text = zoltest::pdfText(path);
         QCOMPARE(text.count(QLatin1Char('\f')), 2);
         QVERIFY(QRegularExpression(QStringLiteral("0010 +Anweisung 0010 +L +1M +15,0")).match(text).hasMatch());
     }
@@ -585,14 +577,14 @@ private Q_SLOTS:
         const QString pdf = dir.filePath(QStringLiteral("woche12.pdf"));
         ScriptedPresenter msg;
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", pdf, "--gewerk", "El*"}), 0);
-        const QString text = pdfText(pdf);
+        const QString text = zoltest::pdfText(pdf);
         QCOMPARE(text.count(QLatin1Char('\f')), 1);
         QVERIFY(text.contains(QStringLiteral("WI - AUFTRAG")));
         QVERIFY(text.contains(QStringLiteral("Pumpe P1")));
         QVERIFY(!text.contains(QStringLiteral("Mechanik")));
 
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", pdf}), 0);
-        QCOMPARE(pdfText(pdf).count(QLatin1Char('\f')), 2);
+        QCOMPARE(zoltest::pdfText(pdf).count(QLatin1Char('\f')), 2);
 
         const QString none = dir.filePath(QStringLiteral("leer.pdf"));
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "40", "--pdf", none}), 1);
@@ -651,7 +643,7 @@ private Q_SLOTS:
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", pdf}), 0);
         if (!qEnvironmentVariableIsEmpty("ZOL_KEEP_PDF"))
             QFile::copy(pdf, qEnvironmentVariable("ZOL_KEEP_PDF") + QString::number(format));
-        const QString text = pdfText(pdf);
+        const QString text = zoltest::pdfText(pdf);
         QVERIFY(text.count(QLatin1Char('\f')) >= 2);
         const QRegularExpression row(QStringLiteral(
             "0020 +Kupplung auf Verschleiß und.* SH-03 +2 +R +3M +7,5 +_{30,}"));

@@ -1,3 +1,4 @@
+#include "support/TestSupport.h"
 #include "zol/core/Session.h"
 #include "zol/print/PageLayouts.h"
 #include "zol/print/PrinterF.h"
@@ -23,10 +24,7 @@ QString pdfText(const PageStore &store)
     const QString path = dir.filePath(QStringLiteral("l.pdf"));
     if (!writePdf(store, path, 1, store.pageCount()))
         return {};
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-    p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput());
+    return zoltest::pdfText(path);
 }
 
 Node sampleNode()

@@ -1,3 +1,4 @@
+#include "support/TestSupport.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
@@ -38,14 +39,6 @@ QStringList texts(const PrintPage &page)
     return out;
 }
 
-QString pdfText(const QString &path)
-{
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-    if (!p.waitForFinished(30000) || p.exitCode() != 0)
-        return QString();
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
 
 int pdfPages(const QString &text) { return int(text.count(QLatin1Char('\f'))); }
 
@@ -323,7 +316,7 @@ private Q_SLOTS:
             direct.zeig();
             QCOMPARE(direct.Seite(), 0);
         }
-        const QString text = pdfText(path);
+        const QString text = zoltest::pdfText(path);
         QVERIFY(text.contains(QStringLiteral("Erste Seite direkt")));
         QVERIFY(text.contains(QStringLiteral("Zweite Seite direkt")));
         QCOMPARE(pdfPages(text), 2);
@@ -351,7 +344,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString all = dir.filePath(QStringLiteral("alle.pdf"));
         QVERIFY(writePdf(p.store(), all, 1, p.store().pageCount()));
-        QString text = pdfText(all);
+        QString text = zoltest::pdfText(all);
         QCOMPARE(pdfPages(text), 4);
         for (const QString &w : words)
             QVERIFY(text.contains(QStringLiteral("Links ") + w));
@@ -378,7 +371,7 @@ private Q_SLOTS:
 
         const QString range = dir.filePath(QStringLiteral("bereich.pdf"));
         QVERIFY(writePdf(p.store(), range, 2, 3));
-        text = pdfText(range);
+        text = zoltest::pdfText(range);
         QCOMPARE(pdfPages(text), 2);
         QVERIFY(text.contains(QStringLiteral("Links Bravo")));
         QVERIFY(text.contains(QStringLiteral("Links Charlie")));
@@ -409,7 +402,7 @@ private Q_SLOTS:
         installPreviewPresenter(nullptr);
         QVERIFY(pdf.written());
         QCOMPARE(pdf.pages(), 2);
-        const QString text = pdfText(dir.filePath(QStringLiteral("job.pdf")));
+        const QString text = zoltest::pdfText(dir.filePath(QStringLiteral("job.pdf")));
         QVERIFY(text.contains(QStringLiteral("Querformat Seite")));
         QCOMPARE(pdfPages(text), 2);
     }
