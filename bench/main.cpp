@@ -1,4 +1,5 @@
 // zolbench: prints figures as lines "name value unit".
+#include "InstructionsBench.h"
 #include "PlantGenerator.h"
 #include "zol/core/Database.h"
 #include "zol/core/Messages.h"
@@ -247,6 +248,8 @@ int main(int argc, char **argv)
     figure("plan_week00_s", timedRun(QStringLiteral("00"), &count00), "s");
     figure("plan_week00_cpu_s", lastCpu, "s");
     figure("plan_week00_rows", count00, "rows", 0);
+
+    zolbench::instructionsBench(db);
 
     zol::installPresenter(nullptr);
     figure("peak_rss_mb", peakRssMb(), "MB", 0);
