@@ -26,6 +26,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QResizeEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -154,6 +155,7 @@ frmMain::frmMain(zol::Session &session, QWidget *parent)
         const int width = ui->imgSplitter->width();
         if (pos < margin || pos > width - margin)
             setDividerTwips(qBound(margin, pos, width - margin) * TwipsPerPixel);
+        alignTitles();
     });
     connect(ui->cmdAlleOptionenLoeschen, &QPushButton::clicked, this, &frmMain::clearFilters);
     connect(ui->cmdSucheDrucken, &QPushButton::clicked, this, [this] { perform(Run::NotYet, 0); });
@@ -406,6 +408,7 @@ void frmMain::buildFilterBar()
         combo->setInsertPolicy(QComboBox::NoInsert);
         combo->setMinimumContentsLength(8);
         combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         combo->choices = [this, i] {
             const QString field = zol::searchField(i, m_session.options());
             return field.isEmpty() ? QStringList() : zol::filterChoices(m_session.db(), m_viewMode, field);
@@ -1008,7 +1011,9 @@ void frmMain::showPopup(QWidget *view, const QPoint &pos)
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn) {
+    if (event->type() == QEvent::Resize && watched == ui->tvTreeView) {
+        alignTitles();
+    } else if (event->type() == QEvent::FocusIn) {
         if (watched == ui->lvListView)
             m_listFocus = true;
         else if (watched == ui->tvTreeView)
@@ -1064,6 +1069,14 @@ void frmMain::setDividerTwips(int twips)
     const int total = qMax(ui->imgSplitter->width(), width() - 12);
     const int left = twips / TwipsPerPixel;
     ui->imgSplitter->setSizes({left, 0, qMax(total - left, 1)});
+    alignTitles();
+}
+
+void frmMain::alignTitles()
+{
+    // "Protokoll Struktur:" stands over the tree, the content line over the list.
+    if (ui->tvTreeView->width() > 0)
+        ui->lblTitle0->setFixedWidth(ui->tvTreeView->width() + ui->imgSplitter->handleWidth());
 }
 
 void frmMain::restoreWindowState()
@@ -1132,6 +1145,12 @@ void frmMain::saveWindowState()
     for (int index : m_session.options().gSpaltenIndex)
         zol::SaveSetting(section, QStringLiteral("SpaltenBreite_") + zol::searchField(index, m_session.options()),
                          header->sectionSize(column++));
+}
+
+void frmMain::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    alignTitles();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -46,6 +46,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
@@ -102,6 +103,7 @@ private:
     bool renameEntry(bool fromList, const QString &key, QString &name);
     int dividerTwips() const;
     void setDividerTwips(int twips);
+    void alignTitles();
 
     std::unique_ptr<Ui::frmMain> ui;
     zol::Session &m_session;
