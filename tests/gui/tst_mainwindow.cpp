@@ -83,12 +83,14 @@ QStringList shownNames(frmMain &w)
     return out;
 }
 
-// Closes the next modal dialog with its button of that name.
-void answerDialog(const char *button)
+// Closes the next modal dialog with its button of that name; `seen` gets its class.
+void answerDialog(const char *button, QString *seen = nullptr)
 {
-    QTimer::singleShot(0, [button] {
+    QTimer::singleShot(0, [button, seen] {
         QWidget *d = QApplication::activeModalWidget();
         QVERIFY(d);
+        if (seen)
+            *seen = QString::fromLatin1(d->metaObject()->className());
         d->findChild<QPushButton *>(QString::fromUtf8(button))->click();
         // A refused OK must not leave the test waiting.
         if (auto *dialog = qobject_cast<QDialog *>(d); dialog && dialog->isVisible())
@@ -311,6 +313,47 @@ private Q_SLOTS:
         QVERIFY(!action(w, "mnuFileNeuProtokoll")->isEnabled());
         QVERIFY(!action(w, "mnuEditPaste")->isEnabled());
         QVERIFY(!action(w, "mnuTEStrukturDruck0")->isEnabled());
+    }
+
+    void propertiesKeysAndOpening()
+    {
+        Fixture f;
+        ScriptedPresenter presenter;
+        frmMain w(f.session);
+        w.show();
+        w.selectTreeKey(f.key["Halle"]);
+        focusList(w);
+        // One entry: its master data; several: the mass change.
+        w.selectListKeys({f.key["Pumpe"]});
+        QString seen;
+        answerDialog("cmdCancle", &seen);
+        action(w, "Eigenschaften")->trigger();
+        QCOMPARE(seen, QStringLiteral("frmProtokollKopf"));
+        QVERIFY(loadNode(f.db(), f.key["Pumpe"]));
+        w.selectListKeys({f.key["Pumpe"], f.key["Ventil"]});
+        seen.clear();
+        answerDialog("cmdCancle", &seen);
+        action(w, "mnuFileEigenschaften")->trigger();
+        QCOMPARE(seen, QStringLiteral("frmProtokollKopfMassen"));
+        // F8 on a top node of the tree.
+        QApplication::setActiveWindow(&w);
+        tree(w)->setFocus();
+        w.selectTreeKey(RootKatalo);
+        QTest::keyClick(tree(w), Qt::Key_F8);
+        QCOMPARE(presenter.lastText(), QStringLiteral("'WI-Rundgang' und 'Standards' besitzen keine Stammdaten "));
+        // Enter on an installation in the list opens it in the tree; on a component the grid.
+        w.selectTreeKey(f.key["Halle"]);
+        focusList(w);
+        w.selectListKeys({f.key["Ventil"]});
+        QTest::keyClick(list(w), Qt::Key_Return);
+        QCOMPARE(presenter.lastText(), QStringLiteral("Diese Funktion ist noch nicht verfügbar"));
+        // The list refuses a rename to an empty name.
+        QVERIFY(!w.listModel()->setData(w.listModel()->index(0, 0), QString(), Qt::EditRole));
+        QCOMPARE(presenter.lastText(), QStringLiteral("Benennungen müssen mindestens 1 Zeichen lang sein"));
+        w.selectListKeys({f.key["Keller"]});
+        QTest::keyClick(list(w), Qt::Key_Return);
+        QCOMPARE(w.selectedTreeKey(), f.key["Keller"]);
+        QCOMPARE(w.listTag(), f.key["Keller"]);
     }
 
     void viewNodeAndColumnsKeptPerUser()
