@@ -79,6 +79,56 @@ QPixmap layers(const QColor &color)
     }
     return p;
 }
+
+QPixmap scissors()
+{
+    QPixmap p = canvas();
+    QPainter g(&p);
+    g.setRenderHint(QPainter::Antialiasing);
+    const QColor steel(0x5b, 0x67, 0x78);
+    g.setPen(QPen(steel, 2.4, Qt::SolidLine, Qt::RoundCap));
+    g.drawLine(QPointF(9, 4), QPointF(20, 21));
+    g.drawLine(QPointF(23, 4), QPointF(12, 21));
+    g.setPen(QPen(QColor(0xc6, 0x3b, 0x3b), 2.4));
+    g.setBrush(Qt::NoBrush);
+    g.drawEllipse(QPointF(9.5, 24.5), 4, 4);
+    g.drawEllipse(QPointF(22.5, 24.5), 4, 4);
+    return p;
+}
+
+QPixmap twoSheets()
+{
+    QPixmap p = canvas();
+    QPainter g(&p);
+    g.setRenderHint(QPainter::Antialiasing);
+    g.setPen(QPen(QColor(0x9a, 0xa4, 0xb1), 1.2));
+    g.setBrush(QColor(0xe8, 0xed, 0xf3));
+    g.drawRoundedRect(QRectF(4, 3, 16, 20), 2, 2);
+    g.setBrush(Qt::white);
+    g.drawRoundedRect(QRectF(11, 9, 16, 20), 2, 2);
+    g.setPen(QPen(QColor(0x2f, 0x6f, 0xc4), 2, Qt::SolidLine, Qt::RoundCap));
+    for (int y : {15, 19, 23})
+        g.drawLine(QPointF(14.5, y), QPointF(23.5, y));
+    return p;
+}
+
+QPixmap clipboard()
+{
+    QPixmap p = canvas();
+    QPainter g(&p);
+    g.setRenderHint(QPainter::Antialiasing);
+    g.setPen(Qt::NoPen);
+    g.setBrush(QColor(0xb0, 0x7a, 0x45));
+    g.drawRoundedRect(QRectF(5, 5, 22, 25), 3, 3);
+    g.setBrush(Qt::white);
+    g.drawRect(QRectF(8, 9, 16, 18));
+    g.setBrush(QColor(0x5b, 0x67, 0x78));
+    g.drawRoundedRect(QRectF(11, 2, 10, 6), 2, 2);
+    g.setPen(QPen(QColor(0x2f, 0x6f, 0xc4), 2, Qt::SolidLine, Qt::RoundCap));
+    for (int y : {14, 18, 22})
+        g.drawLine(QPointF(11, y), QPointF(21, y));
+    return p;
+}
 }
 
 QIcon explorerIcon(ExplorerIcon which)
@@ -101,6 +151,15 @@ QIcon explorerIcon(ExplorerIcon which)
         break;
     case ExplorerIcon::StandardComponent:
         icon.addPixmap(sheet(QColor(0x7a, 0x4f, 0xb8)));
+        break;
+    case ExplorerIcon::Cut:
+        icon.addPixmap(scissors());
+        break;
+    case ExplorerIcon::Copy:
+        icon.addPixmap(twoSheets());
+        break;
+    case ExplorerIcon::Paste:
+        icon.addPixmap(clipboard());
         break;
     }
     return icon;

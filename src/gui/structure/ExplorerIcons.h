@@ -2,6 +2,6 @@
 #include <QIcon>
 
 // The images of the explorer: the top nodes, installations (closed and open),
-// and the two kinds of component.
-enum class ExplorerIcon { Root, StandardsRoot, Folder, PlantComponent, StandardComponent };
+// the two kinds of component, and the buffer commands of the tool bar.
+enum class ExplorerIcon { Root, StandardsRoot, Folder, PlantComponent, StandardComponent, Cut, Copy, Paste };
 QIcon explorerIcon(ExplorerIcon which);

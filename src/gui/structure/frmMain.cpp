@@ -1,4 +1,5 @@
 #include "frmMain.h"
+#include "ExplorerIcons.h"
 #include "ExplorerListModel.h"
 #include "ExplorerTreeModel.h"
 #include "frmBildanzeige.h"
@@ -342,7 +343,15 @@ void frmMain::buildToolbar()
         if (!qstrcmp(b.key, "AufträgeGenerieren") || !qstrcmp(b.key, "AnsichtStruktur") || !qstrcmp(b.key, "Aktualisieren"))
             ui->Toolbar->addSeparator();
         QAction *a = makeAction({b.key, b.tip, b.run, b.arg}, ui->Toolbar);
-        a->setIcon(style()->standardIcon(b.icon));
+        // Cut, copy and paste have no fitting picture among the style's own.
+        if (b.run == Run::Cut)
+            a->setIcon(explorerIcon(ExplorerIcon::Cut));
+        else if (b.run == Run::Copy)
+            a->setIcon(explorerIcon(ExplorerIcon::Copy));
+        else if (b.run == Run::Paste)
+            a->setIcon(explorerIcon(ExplorerIcon::Paste));
+        else
+            a->setIcon(style()->standardIcon(b.icon));
         a->setToolTip(tr(b.tip));
         ui->Toolbar->addAction(a);
         if (b.run == Run::ViewMode) {
