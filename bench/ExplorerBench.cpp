@@ -184,6 +184,10 @@ int runExplorerBench(int argc, char **argv)
     explorer.CopyToBuffer(sel, buffer);
     sel.treeKey = plant.copyTarget;
     sel.listFolder = plant.copyTarget;
+    auto lineCount = [&] {
+        return zol::scalar(database.connection(), QStringLiteral("SELECT count(*) FROM ProtokollPositionen")).toInt();
+    };
+    const int linesBefore = lineCount();
     t.restart();
     const zol::PasteResult r = explorer.PasteEntries(sel, buffer);
     figure("copy_installation_s", seconds(t), "s");
@@ -193,6 +197,7 @@ int runExplorerBench(int argc, char **argv)
                                   .toDouble(),
            "rows", 0);
     figure("copy_source_lines", plant.sourceLines, "rows", 0);
+    figure("copy_lines_written", lineCount() - linesBefore, "rows", 0);
     // The window reads tree and list again, as after a paste.
     window->selectTreeKey(plant.copyTarget);
     t.restart();

@@ -1156,6 +1156,14 @@ void frmMain::saveWindowState()
                          header->sectionSize(column++));
 }
 
+void frmMain::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    // A minimised window is called just 'ZOL'.
+    if (event->type() == QEvent::WindowStateChange && m_treeModel)
+        updateCaption();
+}
+
 void frmMain::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
