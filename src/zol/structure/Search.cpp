@@ -10,6 +10,33 @@ namespace {
 // Bound values per statement stay well below the engine's limit.
 constexpr int RowBlock = 200;
 
+// The engine's LIKE ignores the case of ASCII letters only. A filter with
+// other letters (umlauts) goes through GLOB instead, each letter as the class
+// of its two cases, so "LÜFTER*" finds "Lüfter" as the legacy UCase did.
+bool needsGlob(const QString &text)
+{
+    for (const QChar c : text)
+        if (c.unicode() > 127 && c.toUpper() != c.toLower())
+            return true;
+    return false;
+}
+
+QString caseFreeGlob(const QString &legacy)
+{
+    QString out;
+    for (const QChar c : legacy) {
+        if (c == QLatin1Char('*') || c == QLatin1Char('?'))
+            out += c;
+        else if (c == QLatin1Char('['))
+            out += QStringLiteral("[[]");
+        else if (c.toUpper() != c.toLower())
+            out += QLatin1Char('[') + QString(c.toLower()) + QString(c.toUpper()) + QLatin1Char(']');
+        else
+            out += c;
+    }
+    return out;
+}
+
 void addViewCondition(QString &sql, QVariantList &values, int view)
 {
     sql += QStringLiteral(" WHERE FileTyp = ?");
@@ -93,9 +120,14 @@ SearchStatement searchStatement(int view, const SearchFilters &filters, const Op
         const QString field = searchField(index, options);
         if (field.isEmpty() || !filterRestricts(text))
             return;
-        // The text counts as typed, blanks included; LIKE ignores the case.
-        s.sql += QStringLiteral(" AND %1 LIKE ? ESCAPE '\\'").arg(ident(field));
-        s.values << likePattern(text);
+        // The text counts as typed, blanks included; the case is ignored.
+        if (needsGlob(text)) {
+            s.sql += QStringLiteral(" AND %1 GLOB ?").arg(ident(field));
+            s.values << caseFreeGlob(text);
+        } else {
+            s.sql += QStringLiteral(" AND %1 LIKE ? ESCAPE '\\'").arg(ident(field));
+            s.values << likePattern(text);
+        }
     };
     addFilter(0);
     for (int index : options.gSpaltenIndex)

@@ -27,6 +27,7 @@ struct Plant {
         add("pumpe p2", key["Halle"], "F", "0", "Grundfos");
         add("Ventil V1", key["Halle"], "F", "0", "KSB");
         add("Pumpe's Rad", key["Halle"], "F", "0", "KSB");
+        add("Lüfter [alt]", key["Halle"], "F", "0", "Ölwerk");
         add("Modelle", RootKatalo, "O", "1", "");
         add("Pumpe Std", key["Modelle"], "F", "1", "KSB");
         add("Pumpe verloren", QStringLiteral("0000009999"), "F", "0", "Wilo");
@@ -66,9 +67,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("hersteller");
         QTest::addColumn<QString>("typ");   // a filter on a column that isn't shown
         QTest::addColumn<QStringList>("expected");
-        const QStringList allPlant = {"Pumpe P1", "pumpe p2", "Pumpe verloren", "Pumpe's Rad", "Ventil V1"};
+        const QStringList allPlant = {"Lüfter [alt]", "Pumpe P1", "pumpe p2", "Pumpe verloren", "Pumpe's Rad", "Ventil V1"};
         QTest::newRow("view 1, no filter") << 1 << "" << "" << ""
-                                           << QStringList{"Pumpe P1", "pumpe p2", "Pumpe Std", "Pumpe verloren",
+                                           << QStringList{"Lüfter [alt]", "Pumpe P1", "pumpe p2", "Pumpe Std", "Pumpe verloren",
                                                           "Pumpe's Rad", "Ventil V1"};
         QTest::newRow("view 2 plant only") << 2 << "" << "" << "" << allPlant;
         QTest::newRow("view 3 standards only") << 3 << "" << "" << "" << QStringList{"Pumpe Std"};
@@ -82,6 +83,8 @@ private Q_SLOTS:
         QTest::newRow("hidden column ignored") << 2 << "p*" << "ksb" << "nothing" << QStringList{"Pumpe P1", "Pumpe's Rad"};
         QTest::newRow("quote in the filter") << 1 << "Pumpe's*" << "" << "" << QStringList{"Pumpe's Rad"};
         QTest::newRow("percent is plain text") << 1 << "%" << "" << "" << QStringList{};
+        QTest::newRow("umlaut in the other case") << 2 << "LÜFTER*" << "öl?ERK" << "" << QStringList{"Lüfter [alt]"};
+        QTest::newRow("bracket is plain text") << 2 << "lüfter [alt]" << "" << "" << QStringList{"Lüfter [alt]"};
         QTest::newRow("text as typed, blank counts") << 2 << "Ventil V1 " << "" << "" << QStringList{};
     }
     void search()
@@ -118,7 +121,7 @@ private Q_SLOTS:
     void filterChoicesPerView()
     {
         Plant p;
-        QCOMPARE(filterChoices(p.db(), 2, QStringLiteral("Hersteller")), (QStringList{"Grundfos", "KSB", "Wilo"}));
+        QCOMPARE(filterChoices(p.db(), 2, QStringLiteral("Hersteller")), (QStringList{"Grundfos", "KSB", "Wilo", "Ölwerk"}));
         QCOMPARE(filterChoices(p.db(), 3, QStringLiteral("Hersteller")), QStringList{"KSB"});
         QVERIFY(!filterChoices(p.db(), 1, QStringLiteral("Text")).contains(QStringLiteral("Halle")));
     }
