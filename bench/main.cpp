@@ -1,4 +1,5 @@
 // zolbench: prints figures as lines "name value unit".
+#include "ExplorerBench.h"
 #include "InstructionsBench.h"
 #include "PlantGenerator.h"
 #include "zol/core/Database.h"
@@ -160,6 +161,10 @@ std::vector<char> dueRows(const QSqlDatabase &db, const QString &jahr, const QSt
 
 int main(int argc, char **argv)
 {
+    // The explorer figures need the windows; they run on their own.
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--explorer") == 0)
+            return zolbench::runExplorerBench(argc, argv);
     QCoreApplication app(argc, argv);
     zolbench::PlantSpec spec;
     QString jahr = QStringLiteral("2025"), woche = QStringLiteral("10");

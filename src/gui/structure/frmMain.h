@@ -1,17 +1,24 @@
 #pragma once
 #include "zol/core/Session.h"
+#include "zol/structure/Explorer.h"
+#include "zol/structure/Search.h"
 #include <QMainWindow>
 #include <QPointer>
 #include <memory>
 
 namespace Ui { class frmMain; }
+class CatalogWindows;
+class ExplorerListModel;
+class ExplorerTreeModel;
 class QAction;
 class QActionGroup;
+class QComboBox;
 class QLabel;
 class QMenu;
+class QTimer;
 
 // The one window that stays open through a session: menus, tool bar, the
-// structure tree and the list, the status bar.
+// structure tree and the list (or the search bar and the list), the status bar.
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
@@ -23,14 +30,32 @@ public:
     // Panel 1 of the status bar.
     void setStatusText(const QString &text);
     int viewMode() const { return m_viewMode; }
+    // Rebuilds the list columns from the options, with the stored widths.
+    void RefreshListViewSubs();
+    // The key of the selected tree node, and the folder the list shows.
+    QString selectedTreeKey() const;
+    QString listTag() const { return m_listTag; }
+    ExplorerTreeModel *treeModel() const { return m_treeModel; }
+    ExplorerListModel *listModel() const { return m_listModel; }
+    // Selects a node of the tree (and so loads its content); false if unknown.
+    bool selectTreeKey(const QString &key);
+    // Selects list entries by key (the first becomes current).
+    void selectListKeys(const QStringList &keys);
+    // Saves what the window keeps per user (also done on closing).
+    void saveWindowState();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     enum class Run {
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
-        Planning, Options, Users, Password
+        Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
+        Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -41,21 +66,62 @@ private:
     void buildMenus();
     void buildToolbar();
     void buildPopups();
+    void buildFilterBar();
     QAction *makeAction(const Entry &e, QObject *owner);
     void perform(Run run, int arg);
     void setViewMode(int mode);
     void restoreWindowState();
-    void saveWindowState();
     void applyUserMenus(bool userMenu, bool passwordMenu);
     void openPlanning();
     void openOptions();
+    // What the protocol grid of a component shows; opened from the list.
+    void openProtocol(const QString &fileIndex);
+
+    // Explorer
+    zol::ExplorerSelection selection() const;
+    QStringList selectedListKeys() const;
+    void loadTree(const QString &select);
+    void treeSelectionChanged();
+    void LoadListView(const QString &key, bool force = false);
+    void runSearch();
+    void RefreshAll();
+    void commandRule();
+    void updateCaption();
+    void newEntry(bool folder);
+    void deleteEntries();
+    void toBuffer(bool cut);
+    void paste();
+    void ZeigeStammdaten();
+    void startLabelEdit();
+    void openEntry();
+    void goToStructure();
+    void isAuftrag();
+    void showPicture(int slot);
+    void openCatalog(int which);
+    void listClicked();
+    void clearFilters();
+    void showPopup(QWidget *view, const QPoint &pos);
+    bool renameEntry(bool fromList, const QString &key, QString &name);
+    int dividerTwips() const;
+    void setDividerTwips(int twips);
+    void alignTitles();
 
     std::unique_ptr<Ui::frmMain> ui;
     zol::Session &m_session;
+    zol::Explorer m_explorer;
+    zol::ExplorerBuffer m_buffer;
+    std::unique_ptr<CatalogWindows> m_catalogs;
+    ExplorerTreeModel *m_treeModel = nullptr;
+    ExplorerListModel *m_listModel = nullptr;
+    QList<QComboBox *> m_filters;
+    QList<QLabel *> m_filterLabels;
     QLabel *m_panel1 = nullptr;
+    QTimer *m_timer1 = nullptr;
     QActionGroup *m_viewActions = nullptr;
     QActionGroup *m_viewButtons = nullptr;
-    int m_viewMode = 0;
+    QString m_listTag;
+    bool m_listFocus = false;
+    int m_viewMode = -1;
     int m_savedState = 2;
     QPointer<QWidget> m_planning;
 };
