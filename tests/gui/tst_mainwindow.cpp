@@ -18,6 +18,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeView>
+#include "gui/instructions/frmMDIProtokolle.h"
+#include "gui/instructions/frmProtokoll.h"
 #include <QtTest>
 
 using namespace zol;
@@ -346,7 +348,13 @@ private Q_SLOTS:
         focusList(w);
         w.selectListKeys({f.key["Ventil"]});
         QTest::keyClick(list(w), Qt::Key_Return);
-        QCOMPARE(presenter.lastText(), QStringLiteral("Diese Funktion ist noch nicht verfügbar"));
+        auto *frame = w.findChild<frmMDIProtokolle *>();
+        QVERIFY(frame);
+        QCOMPARE(frame->findChildren<frmProtokoll *>().size(), 1);
+        // The same component again brings its window forward instead of a second one.
+        QTest::keyClick(list(w), Qt::Key_Return);
+        QCOMPARE(frame->findChildren<frmProtokoll *>().size(), 1);
+        frame->close();
         // The list refuses a rename to an empty name.
         QVERIFY(!w.listModel()->setData(w.listModel()->index(0, 0), QString(), Qt::EditRole));
         QCOMPARE(presenter.lastText(), QStringLiteral("Benennungen müssen mindestens 1 Zeichen lang sein"));

@@ -8,6 +8,8 @@
 #include "gui/core/frmAbout.h"
 #include "gui/core/frmFirstTime.h"
 #include "gui/core/frmOptions.h"
+#include "gui/instructions/frmMDIProtokolle.h"
+#include "gui/instructions/frmWartungsfreieZeit.h"
 #include "gui/core/frmPasswort.h"
 #include "gui/core/frmUser.h"
 #include "gui/instructions/frmKatalog.h"
@@ -241,7 +243,7 @@ void frmMain::buildMenus()
           {"mnuAufträgeISAuftragBearbeiten", "IS-Aufträge &bearbeiten", N},
           {"mnuAuftragstabelle", "&Übersicht IS-Aufträge", N},
           {"", "", N},
-          {"mnuWartungsfreieZeiten", "&Wartungsfreie Zeiten definieren", N}}},
+          {"mnuWartungsfreieZeiten", "&Wartungsfreie Zeiten definieren", Run::MaintenanceFree}}},
         {"mnuKatalog", "&Kataloge",
          {{"mnuKatalogAnweisungen", "&Anweisungen && Objekte", Run::Catalog, 0},
           {"mnuKatalogMaterial", "&Material", Run::Catalog, 1},
@@ -501,6 +503,9 @@ void frmMain::perform(Run run, int arg)
     case Run::Planning:
         openPlanning();
         break;
+    case Run::MaintenanceFree:
+        openMaintenanceFreeTimes();
+        break;
     case Run::Options:
         openOptions();
         break;
@@ -606,8 +611,38 @@ void frmMain::openOptions()
 
 void frmMain::openProtocol(const QString &fileIndex)
 {
-    Q_UNUSED(fileIndex);
-    perform(Run::NotYet, 0);
+    auto *frame = qobject_cast<frmMDIProtokolle *>(m_protocols.data());
+    if (!frame) {
+        frame = new frmMDIProtokolle(m_session, this);
+        frame->setWindowFlag(Qt::Window);
+        frame->setAttribute(Qt::WA_DeleteOnClose);
+        frame->setCatalogPicker([this](const QString &table) {
+            frmKatalog *k = m_catalogs->byTable(table);
+            if (!k)
+                return std::pair<QString, QString>();
+            const QString text = k->zeig(this, true);
+            return std::pair<QString, QString>(text, k->chosenInterval());
+        });
+        m_protocols = frame;
+    }
+    frame->show();
+    frame->zeig(fileIndex);
+    frame->raise();
+    frame->activateWindow();
+}
+
+void frmMain::openMaintenanceFreeTimes()
+{
+    if (!m_maintenanceFree) {
+        auto *w = new frmWartungsfreieZeit(m_session, this);
+        w->setWindowFlag(Qt::Window);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        m_maintenanceFree = w;
+        w->zeig();
+    }
+    m_maintenanceFree->show();
+    m_maintenanceFree->raise();
+    m_maintenanceFree->activateWindow();
 }
 
 // ---------------------------------------------------------------------------

@@ -55,7 +55,7 @@ private:
     enum class Run {
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
-        Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog
+        Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -76,6 +76,7 @@ private:
     void openOptions();
     // What the protocol grid of a component shows; opened from the list.
     void openProtocol(const QString &fileIndex);
+    void openMaintenanceFreeTimes();
 
     // Explorer
     zol::ExplorerSelection selection() const;
@@ -111,6 +112,8 @@ private:
     zol::Explorer m_explorer;
     zol::ExplorerBuffer m_buffer;
     std::unique_ptr<CatalogWindows> m_catalogs;
+    QPointer<QWidget> m_protocols;          // the frame of the protocol windows, made at first need
+    QPointer<QWidget> m_maintenanceFree;
     ExplorerTreeModel *m_treeModel = nullptr;
     ExplorerListModel *m_listModel = nullptr;
     QList<QComboBox *> m_filters;
