@@ -322,8 +322,13 @@ public:
         }
         nameBreite = std::min(nameBreite, m_p.ScaleWidth() / 3);
         const double pfadX = m_x + nameBreite + m_p.TextWidth(QStringLiteral("    "));
-        for (const auto &[name, pfad] : rows)
+        for (auto &[name, pfad] : rows) {
+            // A path wider than the page keeps its end: the component's own place.
+            const double platz = m_p.ScaleWidth() - pfadX;
+            while (pfad.size() > 4 && m_p.TextWidth(pfad) > platz)
+                pfad = QStringLiteral("...") + pfad.mid(4);
             zeile(name, false, pfad, pfadX);
+        }
         if (rows.empty())
             zeile(QStringLiteral("(Es treffen keine Komponenten zu)"));
         return int(m_zeile * zeilenHoehe(m_p));

@@ -2,6 +2,7 @@
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
 #include "zol/core/Sql.h"
+#include "zol/print/PageMetrics.h"
 #include "zol/print/PrinterF.h"
 #include "zol/structure/Node.h"
 #include "zol/structure/StructurePrints.h"
@@ -18,6 +19,13 @@ struct RecordingPreview : PreviewPresenter {
     {
         store = p.store();
         ++calls;
+        // For a look at the pages: ZOL_SCREENSHOTS=DIR keeps each job as a PDF.
+        if (qEnvironmentVariableIsSet("ZOL_SCREENSHOTS")) {
+            static int job = 0;
+            writePdf(store, QDir(qEnvironmentVariable("ZOL_SCREENSHOTS"))
+                                .filePath(QStringLiteral("structureprint-%1.pdf").arg(++job)),
+                     1, store.pageCount());
+        }
     }
     // The texts of a page in the order they were printed, blanks left out.
     QStringList page(int n) const
