@@ -22,6 +22,8 @@ QString newComponent(const QSqlDatabase &db, const QString &name)
     n.Katalog = QStringLiteral("0");
     n.Text = name;
     n.WIVerantwortlicher = QStringLiteral("Mechanik");
+    n.BezugsJahr = QStringLiteral("2025");   // a plant component like any other, plannable
+    n.BezugsWoche = QStringLiteral("01");
     zol::saveNode(db, n);
     return n.FileIndex;
 }

@@ -7,6 +7,7 @@
 #include "zol/core/BatchPresenter.h"
 #include "zol/core/Options.h"
 #include "zol/core/Users.h"
+#include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
 #include <memory>
 #include <QCommandLineParser>
@@ -25,6 +26,10 @@ const QList<Command> &commandTable()
     static const QList<Command> table = {
         {QStringLiteral("init"), QStringLiteral("init [--demo] [--admin NAME]   neue Datendatei anlegen"), &cmdInit},
         {QStringLiteral("plan"), QStringLiteral("plan JAHR WOCHE [--yes]        Woche planen (00: kurzfristige Aufträge)"), &cmdPlan},
+        {QStringLiteral("print"),
+         QStringLiteral("print jobsheets JAHR WOCHE --pdf DATEI [--gewerk T] [--kostenstelle K] [--lokalisierung L]"
+                        "   Auftragsblätter einer Woche als PDF"),
+         &cmdPrint},
     };
     return table;
 }
@@ -156,6 +161,19 @@ int cmdPlan(CommandContext &ctx)
     if (opened != Exit::Done)
         return opened;
     return zol::planCommand(startup.session(), ctx.args, ctx.yes);
+}
+
+int cmdPrint(CommandContext &ctx)
+{
+    if (ctx.args.isEmpty() || ctx.args.first() != QLatin1String("jobsheets")) {
+        std::cerr << qPrintable(usageText());
+        return Exit::Usage;
+    }
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return zol::printJobSheetsCommand(startup.session(), ctx.args.mid(1));
 }
 
 }

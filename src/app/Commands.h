@@ -51,5 +51,6 @@ void installBatchPresenter(bool yes);
 
 int cmdInit(CommandContext &ctx);
 int cmdPlan(CommandContext &ctx);
+int cmdPrint(CommandContext &ctx);
 
 }

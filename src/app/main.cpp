@@ -11,6 +11,7 @@
 #include "zol/core/Settings.h"
 #include "zol/core/Startup.h"
 #include <QApplication>
+#include <QGuiApplication>
 #include <QCommandLineParser>
 #include <QDate>
 #include <iostream>
@@ -92,7 +93,13 @@ int main(int argc, char **argv)
     std::unique_ptr<QCoreApplication> app;
     if (positional.isEmpty())
         app = std::make_unique<QApplication>(argc, argv);
-    else
+    else if (positional.first() == QLatin1String("print")) {
+        // PDF output lays out text with fonts: it needs a GUI application, but no screen.
+        if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+            && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else
         app = std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ZOL"));
     QCoreApplication::setApplicationVersion(

@@ -1,7 +1,9 @@
 #include "gui/planning/frmAuftragsplanung.h"
 #include "support/TestSupport.h"
 #include "zol/core/Messages.h"
+#include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
+#include "zol/print/PrinterF.h"
 #include "zol/structure/Node.h"
 #include <QComboBox>
 #include <QLabel>
@@ -13,8 +15,51 @@
 using namespace zol;
 using zoltest::countRows;
 
+namespace {
+
+// Keeps the pages of a preview instead of showing the preview window.
+struct RecordingPreview : PreviewPresenter {
+    RecordingPreview() { installPreviewPresenter(this); }
+    ~RecordingPreview() override { installPreviewPresenter(nullptr); }
+    void showPreview(PrinterF &p) override
+    {
+        store = p.store();
+        ++calls;
+    }
+    bool contains(const QString &text) const
+    {
+        for (const auto &pg : store.pages)
+            for (const auto &it : pg.items)
+                if (it.Text.contains(text))
+                    return true;
+        return false;
+    }
+    PageStore store;
+    int calls = 0;
+};
+
+QStringList items(const QComboBox *c)
+{
+    QStringList t;
+    for (int i = 0; i < c->count(); ++i)
+        t << c->itemText(i);
+    return t;
+}
+
+}
+
 class TestAuftragsplanung : public QObject {
     Q_OBJECT
+
+    // A second instruction of the same component for another trade.
+    static void addSecondTrade(const QSqlDatabase &db)
+    {
+        exec(db, QStringLiteral("UPDATE ProtokollPositionen SET Ausfuehrender = 'Elektro'"));
+        exec(db, QStringLiteral("INSERT INTO ProtokollPositionen (TeNummer, Objekt, Anweisung, Text, Intervall, Planzeit,"
+                                " Materialmenge, Intervalltyp, AnzahlPersonen, Ausfuehrender)"
+                                " VALUES ('0000000001', '000010', '0020', 'Motor messen', '1W', '1,0', '0,0', 'L', '1',"
+                                " 'Mechanik')"));
+    }
 
     static void addPlant(const QSqlDatabase &db)
     {
@@ -126,6 +171,118 @@ private Q_SLOTS:
         QTest::keyClick(dbcWoche->lineEdit(), Qt::Key_Return);
         QVERIFY(p.shown().isEmpty());
         QCOMPARE(countRows(d.sql(), QStringLiteral("Auftrag")), 1);
+    }
+
+    // Plan a week, then print its sheets for one trade: the lists of the print
+    // frame hold the week's values, the preview asks nothing and shows the
+    // trade's orders only, the direct print asks first.
+    void printsTheSheetsOfOneTrade()
+    {
+        zoltest::TempData d;
+        addPlant(d.sql());
+        addSecondTrade(d.sql());
+        Session session(d.db());
+        setSession(session, QStringLiteral("Administrator"));
+        frmAuftragsplanung w(session);
+        w.zeig();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        auto *txtJahr = w.findChild<QLineEdit *>(QStringLiteral("txtJahr"));
+        auto *dbcWoche = w.findChild<QComboBox *>(QStringLiteral("dbcWoche"));
+        auto *dbcGewerk = w.findChild<QComboBox *>(QStringLiteral("dbcGewerk"));
+        auto *dbcKostenstelle = w.findChild<QComboBox *>(QStringLiteral("dbcKostenstelle"));
+        auto *lblTitel = w.findChild<QLabel *>(QStringLiteral("lblTitel"));
+        auto *cmdDrucken = w.findChild<QPushButton *>(QStringLiteral("cmdDrucken"));
+        auto *cmdDruckVorschau = w.findChild<QPushButton *>(QStringLiteral("cmdDruckVorschau"));
+        QVERIFY(dbcGewerk && dbcKostenstelle && cmdDrucken && cmdDruckVorschau
+                && w.findChild<QComboBox *>(QStringLiteral("dbcLokalisierung")));
+        QCOMPARE(cmdDrucken->text(), QStringLiteral("&Drucken"));
+        QCOMPARE(cmdDruckVorschau->text(), QStringLiteral("Druck - &Vorschau"));
+        QCOMPARE(w.findChild<QLabel *>(QStringLiteral("lblGewerk"))->text(), QStringLiteral("&Gewerk"));
+        // Without a catalog picker the catalog buttons are off.
+        QVERIFY(!w.findChild<QPushButton *>(QStringLiteral("cmdGewerk"))->isEnabled());
+
+        ScriptedPresenter p;
+        p.answer(Answer::Yes);
+        txtJahr->setText(QStringLiteral("2016"));
+        dbcWoche->setEditText(QStringLiteral("05"));
+        dbcGewerk->setEditText(QStringLiteral("alt"));
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdPlanen")), Qt::LeftButton);
+        QCOMPARE(lblTitel->text(), QStringLiteral("2 langfristige Aufträge geplant. Warte auf Eingaben"));
+        // The run empties the filters and fills their lists with the planned week.
+        QCOMPARE(dbcGewerk->currentText(), QString());
+        QCOMPARE(items(dbcGewerk), (QStringList{QStringLiteral("Elektro"), QStringLiteral("Mechanik")}));
+
+        // The fields take no more than their field holds.
+        const int size = Schema::Size(QStringLiteral("Auftrag"), QStringLiteral("Kostenstelle"));
+        QTest::keyClicks(dbcKostenstelle, QString(size + 3, QLatin1Char('k')));
+        QCOMPARE(dbcKostenstelle->currentText().size(), size);
+        dbcKostenstelle->setEditText(QString());
+
+        RecordingPreview preview;
+        p.clear();
+        QTest::keyClicks(dbcGewerk, QStringLiteral("mECH*"));
+        QTest::mouseClick(cmdDruckVorschau, Qt::LeftButton);
+        QVERIFY(p.texts().isEmpty());
+        QCOMPARE(preview.calls, 1);
+        QVERIFY(preview.contains(QStringLiteral("Motor messen")));
+        QVERIFY(!preview.contains(QStringLiteral("Lager prüfen")));
+        QCOMPARE(lblTitel->text(), QStringLiteral("Warte auf Eingaben"));
+        if (qEnvironmentVariableIsSet("ZOL_SCREENSHOTS"))
+            w.grab().save(QDir(qEnvironmentVariable("ZOL_SCREENSHOTS")).filePath(QStringLiteral("frmAuftragsplanung-druck.png")));
+
+        p.answer(Answer::No);
+        QTest::mouseClick(cmdDrucken, Qt::LeftButton);
+        QCOMPARE(p.texts(), QStringList{QStringLiteral("Aufträge für die Woche 05 im Jahr 2016 jetzt wirklich drucken?")});
+        QCOMPARE(preview.calls, 1);
+
+        // Leaving the week empties the filters and reloads their lists for the week typed.
+        dbcWoche->setFocus();
+        QTRY_VERIFY(dbcWoche->hasFocus());
+        dbcWoche->lineEdit()->clear();
+        QTest::keyClicks(dbcWoche, QStringLiteral("x6"));
+        txtJahr->setFocus();
+        QTRY_COMPARE(dbcWoche->currentText(), QStringLiteral("06"));
+        QCOMPARE(dbcGewerk->currentText(), QString());
+        QCOMPARE(dbcGewerk->count(), 0);
+    }
+
+    // A Werker's trade is locked; the catalogs fill the other fields.
+    void werkerTradeAndCatalogPicker()
+    {
+        zoltest::TempData d;
+        addPlant(d.sql());
+        Session session(d.db());
+        setSession(session, QStringLiteral("Werker"));
+        session.login().WerkerGewerk = QStringLiteral("Mechanik");
+        frmAuftragsplanung w(session);
+        QStringList asked;
+        w.setKatalogPicker([&asked](const QString &table) {
+            asked << table;
+            return table == QLatin1String("Kostenstellen") ? QStringLiteral("K 7") : QString();
+        });
+        w.zeig();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        auto *dbcGewerk = w.findChild<QComboBox *>(QStringLiteral("dbcGewerk"));
+        auto *dbcKostenstelle = w.findChild<QComboBox *>(QStringLiteral("dbcKostenstelle"));
+        auto *dbcLokalisierung = w.findChild<QComboBox *>(QStringLiteral("dbcLokalisierung"));
+        QCOMPARE(dbcGewerk->currentText(), QStringLiteral("Mechanik"));
+        QVERIFY(!dbcGewerk->isEnabled());
+        QVERIFY(!w.findChild<QPushButton *>(QStringLiteral("cmdGewerk"))->isEnabled());
+        dbcLokalisierung->setEditText(QStringLiteral("Dach"));
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdKostenstelle")), Qt::LeftButton);
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdLokalisierung")), Qt::LeftButton);
+        QCOMPARE(asked, (QStringList{QStringLiteral("Kostenstellen"), QStringLiteral("Lokalisierungen")}));
+        QCOMPARE(dbcKostenstelle->currentText(), QStringLiteral("K 7"));
+        QCOMPARE(dbcLokalisierung->currentText(), QStringLiteral("Dach"));   // nothing picked: unchanged
+
+        // Leaving the week keeps the locked trade in its field.
+        auto *dbcWoche = w.findChild<QComboBox *>(QStringLiteral("dbcWoche"));
+        dbcWoche->setFocus();
+        QTRY_VERIFY(dbcWoche->lineEdit()->hasFocus());
+        dbcWoche->setEditText(QStringLiteral("03"));
+        w.findChild<QLineEdit *>(QStringLiteral("txtJahr"))->setFocus();
+        QTRY_COMPARE(dbcKostenstelle->currentText(), QString());
+        QCOMPARE(dbcGewerk->currentText(), QStringLiteral("Mechanik"));
     }
 };
 

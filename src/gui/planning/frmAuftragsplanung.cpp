@@ -2,10 +2,12 @@
 #include "ui_frmAuftragsplanung.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
+#include "zol/planning/JobSheets.h"
 #include "zol/planning/PlanningRun.h"
 #include "zol/planning/WeekCalendar.h"
 #include <QApplication>
 #include <QDate>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QTimer>
@@ -16,9 +18,20 @@ frmAuftragsplanung::frmAuftragsplanung(zol::Session &session, QWidget *parent)
     ui->setupUi(this);
     ui->txtJahr->setMaxLength(zol::Schema::Size(QStringLiteral("Auftrag"), QStringLiteral("Jahr")));
     ui->txtJahr->installEventFilter(this);
-    ui->dbcWoche->lineEdit()->installEventFilter(this);
+    ui->lblGewerk->setText(tr("&Gewerk"));
+    for (QComboBox *c : {ui->dbcWoche, ui->dbcGewerk, ui->dbcKostenstelle, ui->dbcLokalisierung}) {
+        c->installEventFilter(this);
+        c->lineEdit()->installEventFilter(this);
+    }
 
     connect(ui->cmdPlanen, &QPushButton::clicked, this, &frmAuftragsplanung::Planen);
+    connect(ui->cmdDrucken, &QPushButton::clicked, this, [this] { Drucken(false); });
+    connect(ui->cmdDruckVorschau, &QPushButton::clicked, this, [this] { Drucken(true); });
+    connect(ui->cmdGewerk, &QPushButton::clicked, this, [this] { pickInto(ui->dbcGewerk, QStringLiteral("Gewerke")); });
+    connect(ui->cmdKostenstelle, &QPushButton::clicked, this,
+            [this] { pickInto(ui->dbcKostenstelle, QStringLiteral("Kostenstellen")); });
+    connect(ui->cmdLokalisierung, &QPushButton::clicked, this,
+            [this] { pickInto(ui->dbcLokalisierung, QStringLiteral("Lokalisierungen")); });
     connect(ui->txtJahr, &QLineEdit::textEdited, this, [this](const QString &text) {
         if (text.size() >= 4) {
             ui->dbcWoche->setEditText(QString());
@@ -29,6 +42,93 @@ frmAuftragsplanung::frmAuftragsplanung(zol::Session &session, QWidget *parent)
     // Rights: an Auswerter can't plan.
     if (m_session.login().Level == QLatin1String("Auswerter"))
         ui->cmdPlanen->setEnabled(false);
+    // A Werker prints his own trade only.
+    if (isWerker()) {
+        ui->dbcGewerk->setEditText(m_session.login().WerkerGewerk);
+        ui->dbcGewerk->setEnabled(false);
+    }
+    applyKatalogButtons();
+}
+
+bool frmAuftragsplanung::isWerker() const
+{
+    return m_session.login().Level == QLatin1String("Werker");
+}
+
+void frmAuftragsplanung::setKatalogPicker(KatalogPicker picker)
+{
+    m_picker = std::move(picker);
+    applyKatalogButtons();
+}
+
+void frmAuftragsplanung::applyKatalogButtons()
+{
+    ui->cmdGewerk->setEnabled(m_picker && !isWerker());
+    ui->cmdKostenstelle->setEnabled(bool(m_picker));
+    ui->cmdLokalisierung->setEnabled(bool(m_picker));
+}
+
+void frmAuftragsplanung::pickInto(QComboBox *combo, const QString &table)
+{
+    if (!m_picker)
+        return;
+    const QString picked = m_picker(table);
+    if (!picked.isEmpty())
+        combo->setEditText(picked);
+    combo->setFocus();
+}
+
+void frmAuftragsplanung::AuftragsFilterLaden()
+{
+    const struct {
+        QComboBox *combo;
+        const char *feld;
+    } filters[] = {{ui->dbcGewerk, "Ausfuehrender"},
+                   {ui->dbcKostenstelle, "Kostenstelle"},
+                   {ui->dbcLokalisierung, "Lokalisierung"}};
+    for (const auto &f : filters) {
+        f.combo->clear();
+        f.combo->setEditText(QString());
+    }
+    const QString woche = ui->dbcWoche->currentText();
+    if (woche.size() >= 2)
+        for (const auto &f : filters)
+            f.combo->addItems(zol::AuftragsFilterWerte(m_session, ui->txtJahr->text(), woche, QLatin1String(f.feld)));
+    for (const auto &f : filters)
+        f.combo->setEditText(QString());
+    // The locked trade of a Werker stays in its field.
+    if (isWerker())
+        ui->dbcGewerk->setEditText(m_session.login().WerkerGewerk);
+}
+
+void frmAuftragsplanung::Drucken(bool vorschau)
+{
+    zol::JobSheetFilter filter;
+    filter.gewerk = ui->dbcGewerk->currentText();
+    filter.kostenstelle = ui->dbcKostenstelle->currentText();
+    filter.lokalisierung = ui->dbcLokalisierung->currentText();
+    bool busy = false;
+    const auto status = [this, &busy](const QString &text) {
+        // The hourglass from the first status line (the questions are behind) to the end.
+        if (!busy) {
+            busy = true;
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+        ui->lblTitel->setText(text);
+        ui->lblTitel->repaint();
+    };
+    const zol::JobSheetResult r = zol::AuftragsDruckAnweisungen(m_session, ui->txtJahr->text(),
+                                                                ui->dbcWoche->currentText(), filter, vorschau, status);
+    if (busy)
+        QApplication::restoreOverrideCursor();
+    if (!r.jahr.isEmpty() && ui->txtJahr->text() != r.jahr)
+        ui->txtJahr->setText(r.jahr);
+    if (!r.woche.isEmpty() && ui->dbcWoche->currentText() != r.woche)
+        ui->dbcWoche->setEditText(r.woche);
+    if (r.focus == QLatin1String("txtJahr"))
+        ui->txtJahr->setFocus();
+    else if (r.focus == QLatin1String("dbcWoche"))
+        ui->dbcWoche->setFocus();
 }
 
 frmAuftragsplanung::~frmAuftragsplanung() = default;
@@ -87,23 +187,56 @@ void frmAuftragsplanung::Planen()
         ui->txtJahr->setFocus();
     else if (r.focus == zol::PlanResult::Focus::Woche)
         ui->dbcWoche->setFocus();
+    // After a finished run the print filters start afresh with the values of the planned week.
+    if (r.outcome == zol::PlanResult::Outcome::Planned)
+        AuftragsFilterLaden();
 }
 
 bool frmAuftragsplanung::eventFilter(QObject *watched, QEvent *event)
 {
+    // A combo box keeps the focus and hands keys and focus changes to its line
+    // edit by direct calls, so the combo is watched for what the user types;
+    // the line edit only sees keys sent to it directly.
+    const auto is = [watched](QComboBox *c) { return watched == c || watched == c->lineEdit(); };
+
+    // The filter fields take no more characters than their field holds.
+    if (event->type() == QEvent::KeyPress) {
+        const struct {
+            QComboBox *combo;
+            const char *feld;
+        } limits[] = {{ui->dbcGewerk, "Ausfuehrender"},
+                      {ui->dbcKostenstelle, "Kostenstelle"},
+                      {ui->dbcLokalisierung, "Lokalisierung"}};
+        for (const auto &l : limits) {
+            if (!is(l.combo))
+                continue;
+            auto *key = static_cast<QKeyEvent *>(event);
+            const QString text = key->text();
+            QLineEdit *edit = l.combo->lineEdit();
+            if (!text.isEmpty() && text.at(0).isPrint() && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+                && !edit->hasSelectedText()
+                && edit->text().size() >= zol::Schema::Size(QStringLiteral("Auftrag"), QLatin1String(l.feld))) {
+                QApplication::beep();
+                return true;
+            }
+            return false;
+        }
+    }
     const bool isJahr = watched == ui->txtJahr;
-    const bool isWoche = watched == ui->dbcWoche->lineEdit();
+    const bool isWoche = is(ui->dbcWoche);
     if (!isJahr && !isWoche)
         return QWidget::eventFilter(watched, event);
 
-    if (event->type() == QEvent::FocusIn) {
+    if (event->type() == QEvent::FocusIn && (isJahr || watched == ui->dbcWoche)) {
         // On entering, the whole text is selected.
-        auto *edit = static_cast<QLineEdit *>(watched);
+        QLineEdit *edit = isJahr ? ui->txtJahr : ui->dbcWoche->lineEdit();
         QTimer::singleShot(0, edit, &QLineEdit::selectAll);
-    } else if (event->type() == QEvent::FocusOut && isWoche) {
+    } else if (event->type() == QEvent::FocusOut && watched == ui->dbcWoche
+               && static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason) {
         const QString formatted = zol::formatWoche(ui->dbcWoche->currentText());
         if (formatted != ui->dbcWoche->currentText())
             ui->dbcWoche->setEditText(formatted);
+        AuftragsFilterLaden();
     } else if (event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {

@@ -1,7 +1,10 @@
 #pragma once
 #include "zol/core/Session.h"
 #include <QWidget>
+#include <functional>
 #include <memory>
+
+class QComboBox;
 
 namespace Ui {
 class frmAuftragsplanung;
@@ -23,11 +26,27 @@ public:
     void LadeWochen();
     // The planning run for the year and week in the fields.
     void Planen();
+    // The job sheets of the week with the filters of the print frame: on paper
+    // (after a question) or in the preview.
+    void Drucken(bool vorschau);
+    // Empties the three filter fields and fills their lists with the values of the week.
+    void AuftragsFilterLaden();
+
+    // Picks a text from a catalog ("Gewerke", "Kostenstellen", "Lokalisierungen");
+    // an empty result leaves the field as it is. Without a picker the catalog
+    // buttons are disabled.
+    using KatalogPicker = std::function<QString(const QString &table)>;
+    void setKatalogPicker(KatalogPicker picker);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void applyKatalogButtons();
+    void pickInto(QComboBox *combo, const QString &table);
+    bool isWerker() const;
+
     std::unique_ptr<Ui::frmAuftragsplanung> ui;
     zol::Session &m_session;
+    KatalogPicker m_picker;
 };
