@@ -17,26 +17,7 @@ using zoltest::countRows;
 
 namespace {
 
-// Keeps the pages of a preview instead of showing the preview window.
-struct RecordingPreview : PreviewPresenter {
-    RecordingPreview() { installPreviewPresenter(this); }
-    ~RecordingPreview() override { installPreviewPresenter(nullptr); }
-    void showPreview(PrinterF &p) override
-    {
-        store = p.store();
-        ++calls;
-    }
-    bool contains(const QString &text) const
-    {
-        for (const auto &pg : store.pages)
-            for (const auto &it : pg.items)
-                if (it.Text.contains(text))
-                    return true;
-        return false;
-    }
-    PageStore store;
-    int calls = 0;
-};
+using zoltest::RecordingPreview;
 
 QStringList items(const QComboBox *c)
 {

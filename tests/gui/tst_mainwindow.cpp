@@ -230,6 +230,36 @@ private Q_SLOTS:
         QCOMPARE(list(w)->selectionModel()->selectedRows().size(), 3);
     }
 
+    void printsOfSelectionAndSearch()
+    {
+        Fixture f;
+        ScriptedPresenter presenter;
+        zoltest::RecordingPreview preview;
+        frmMain w(f.session);
+        w.show();
+        w.selectTreeKey(f.key["Halle"]);
+        focusList(w);
+        w.selectListKeys({f.key["Pumpe"], f.key["Ventil"]});
+        action(w, "mnuFileDruckenAusgewählt1")->trigger();
+        QCOMPARE(preview.calls, 1);
+        QVERIFY(preview.contains(QStringLiteral("Pumpe")));
+        QVERIFY(preview.contains(QStringLiteral("Ventil")));
+        QVERIFY(!preview.contains(QStringLiteral("Pumpe Std")));
+
+        // The search result prints with its filter lines; No to the direct print means preview.
+        action(w, "AnsichtSuchOhne")->trigger();
+        auto *name = w.findChild<QComboBox *>(QStringLiteral("dbcParameter0"));
+        name->setEditText(QStringLiteral("Pump*"));
+        QTest::keyClick(name->lineEdit(), Qt::Key_Return);
+        presenter.answer(Answer::No);
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdSucheDrucken")), Qt::LeftButton);
+        QCOMPARE(presenter.lastText(), QStringLiteral("Direkt auf Drucker drucken?"));
+        QCOMPARE(preview.calls, 2);
+        QVERIFY(preview.contains(QStringLiteral("Pump*")));
+        QVERIFY(preview.contains(QStringLiteral("Pumpe lose")));
+        QVERIFY(!preview.contains(QStringLiteral("Ventil")));
+    }
+
     void searchInEachView_data()
     {
         QTest::addColumn<QString>("view");

@@ -1,5 +1,6 @@
 #pragma once
 #include "zol/core/Database.h"
+#include "zol/print/PrinterF.h"
 #include <QTemporaryDir>
 #include <memory>
 
@@ -27,6 +28,27 @@ private:
 // The text of a PDF file as pdftotext gives it (-layout keeps columns), with a
 // form feed after every page; empty when the file can't be read.
 QString pdfText(const QString &path, bool layout = true);
+
+// Keeps the pages of a preview instead of showing the preview window.
+struct RecordingPreview : zol::PreviewPresenter {
+    RecordingPreview() { zol::installPreviewPresenter(this); }
+    ~RecordingPreview() override { zol::installPreviewPresenter(nullptr); }
+    void showPreview(zol::PrinterF &p) override
+    {
+        store = p.store();
+        ++calls;
+    }
+    bool contains(const QString &text) const
+    {
+        for (const auto &pg : store.pages)
+            for (const auto &it : pg.items)
+                if (it.Text.contains(text))
+                    return true;
+        return false;
+    }
+    zol::PageStore store;
+    int calls = 0;
+};
 
 // Number of rows of a table, optionally with a WHERE clause and bound values.
 int countRows(const QSqlDatabase &db, const QString &table, const QString &where = {}, const QVariantList &values = {});

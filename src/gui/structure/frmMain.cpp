@@ -8,6 +8,7 @@
 #include "gui/core/frmAbout.h"
 #include "gui/core/frmFirstTime.h"
 #include "gui/core/frmOptions.h"
+#include "zol/structure/StructurePrints.h"
 #include "gui/instructions/frmMDIProtokolle.h"
 #include "gui/instructions/frmWartungsfreieZeit.h"
 #include "gui/core/frmPasswort.h"
@@ -161,7 +162,7 @@ frmMain::frmMain(zol::Session &session, QWidget *parent)
         alignTitles();
     });
     connect(ui->cmdAlleOptionenLoeschen, &QPushButton::clicked, this, &frmMain::clearFilters);
-    connect(ui->cmdSucheDrucken, &QPushButton::clicked, this, [this] { perform(Run::NotYet, 0); });
+    connect(ui->cmdSucheDrucken, &QPushButton::clicked, this, &frmMain::printSearchResult);
     buildFilterBar();
 
     // Timer1 keeps the tool button of the present view pressed.
@@ -211,12 +212,12 @@ void frmMain::buildMenus()
           {"mnuFileEdit", "&Umbenennen", Run::Rename},
           {"mnuFileEigenschaften", "&Stammdaten", Run::Properties},
           {"", "", N},
-          {"mnuFileDruckenAusgewählt0", "Ausgewählte: &Drucken", N},
-          {"mnuFileDruckenAusgewählt1", "Ausgewählte: Druck&vorschau", N},
-          {"mnuFileDruckenAusgewähltEinzel", "Ausge&wählte: Drucken, einzeln", N},
-          {"mnuFileDruckvorschauAusgewähltEinzel", "Ausgewählte: Dru&ckvorschau, einzeln", N},
-          {"mnuTEStrukturDruck0", "Ausgew&ählte: Struktur drucken", N},
-          {"mnuTEStrukturDruck1", "Ausgewä&hlte: Struktur Druckvorschau", N},
+          {"mnuFileDruckenAusgewählt0", "Ausgewählte: &Drucken", Run::PrintSelected, 0},
+          {"mnuFileDruckenAusgewählt1", "Ausgewählte: Druck&vorschau", Run::PrintSelected, 1},
+          {"mnuFileDruckenAusgewähltEinzel", "Ausge&wählte: Drucken, einzeln", Run::PrintSelected, 2},
+          {"mnuFileDruckvorschauAusgewähltEinzel", "Ausgewählte: Dru&ckvorschau, einzeln", Run::PrintSelected, 3},
+          {"mnuTEStrukturDruck0", "Ausgew&ählte: Struktur drucken", Run::PrintStructure, 0},
+          {"mnuTEStrukturDruck1", "Ausgewä&hlte: Struktur Druckvorschau", Run::PrintStructure, 1},
           {"", "", N},
           {"mnuFileImportObjekt", "&Import Komponenten (Access-Format)", N},
           {"mnuFileImportAufträge", "Impo&rt Komponenten mit Auftragspositionen (Access-Format)", N},
@@ -506,6 +507,12 @@ void frmMain::perform(Run run, int arg)
     case Run::MaintenanceFree:
         openMaintenanceFreeTimes();
         break;
+    case Run::PrintSelected:   // arg: 0 print, 1 preview, 2 one sheet each, 3 its preview
+        printSelection(false, arg >= 2, arg % 2 == 1);
+        break;
+    case Run::PrintStructure:
+        printSelection(true, false, arg == 1);
+        break;
     case Run::Options:
         openOptions();
         break;
@@ -584,6 +591,7 @@ void frmMain::openPlanning()
     // One planning window at a time; a second command brings it to the front.
     if (!m_planning) {
         auto *w = new frmAuftragsplanung(m_session, this);
+        w->setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
         w->setWindowFlag(Qt::Window);
         w->setAttribute(Qt::WA_DeleteOnClose);
         m_planning = w;
@@ -617,11 +625,9 @@ void frmMain::openProtocol(const QString &fileIndex)
         frame->setWindowFlag(Qt::Window);
         frame->setAttribute(Qt::WA_DeleteOnClose);
         frame->setCatalogPicker([this](const QString &table) {
-            frmKatalog *k = m_catalogs->byTable(table);
-            if (!k)
-                return std::pair<QString, QString>();
-            const QString text = k->zeig(this, true);
-            return std::pair<QString, QString>(text, k->chosenInterval());
+            const QString text = pickFromCatalog(table);
+            const frmKatalog *k = m_catalogs->byTable(table);
+            return std::pair<QString, QString>(text, k ? k->chosenInterval() : QString());
         });
         m_protocols = frame;
     }
@@ -892,10 +898,7 @@ void frmMain::newEntry(bool folder)
     show();
     selectListKeys({node->FileIndex});
     frmProtokollKopf dialog(m_session, this);
-    dialog.setCatalogPicker([this](const QString &table) {
-        frmKatalog *k = m_catalogs->byTable(table);
-        return k ? k->zeig(this, true) : QString();
-    });
+    dialog.setCatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
     const QString tag = dialog.zeig(node->FileIndex, false);
     // Cancel removed the entry again.
     show();
@@ -948,10 +951,7 @@ void frmMain::ZeigeStammdaten()
 {
     const bool fromList = m_listFocus || m_viewMode != zol::Ansicht::Struktur;
     const QStringList selected = selectedListKeys();
-    auto picker = [this](const QString &table) {
-        frmKatalog *k = m_catalogs->byTable(table);
-        return k ? k->zeig(this, true) : QString();
-    };
+    auto picker = [this](const QString &table) { return pickFromCatalog(table); };
     if (fromList && selected.size() > 1) {
         frmProtokollKopfMassen dialog(m_session, this);
         dialog.setCatalogPicker(picker);
@@ -1023,6 +1023,36 @@ void frmMain::isAuftrag()
 }
 
 void frmMain::showPicture(int slot) { frmBildanzeige::oeffne(m_session, slot, this); }
+
+QString frmMain::pickFromCatalog(const QString &table)
+{
+    frmKatalog *k = m_catalogs->byTable(table);
+    return k ? k->zeig(this, true) : QString();
+}
+
+void frmMain::printSelection(bool structure, bool einzeln, bool vorschau)
+{
+    const zol::ExplorerSelection sel = selection();
+    zol::StrukturAuswahl auswahl;
+    auswahl.baumKey = sel.treeKey;
+    auswahl.listeKeys = sel.listSelected;
+    auswahl.listeHatFokus = sel.listHasFocus;
+    auto status = [this](const QString &text) { setStatusText(text); };
+    if (structure)
+        zol::DruckeStrukturAuswahl(m_session, auswahl, vorschau, status);
+    else
+        zol::DruckeAusgewaehlte(m_session, auswahl, einzeln, vorschau, status);
+}
+
+void frmMain::printSearchResult()
+{
+    // The filters as the search view shows them: the name, then the displayed columns.
+    QList<zol::SuchFilterZeile> lines;
+    for (int i = 0; i < m_filters.size(); ++i)
+        if (i == 0 || m_session.options().gSpaltenIndex.contains(i))
+            lines << zol::SuchFilterZeile(m_filterLabels.at(i)->text() + QLatin1Char(':'), m_filters.at(i)->currentText());
+    zol::DruckeSuchergebnis(m_session, lines, m_listModel->keys(), [this](const QString &text) { setStatusText(text); });
+}
 
 void frmMain::openCatalog(int which)
 {

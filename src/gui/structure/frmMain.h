@@ -55,7 +55,8 @@ private:
     enum class Run {
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
-        Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree
+        Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
+        PrintSelected, PrintStructure
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -77,6 +78,9 @@ private:
     // What the protocol grid of a component shows; opened from the list.
     void openProtocol(const QString &fileIndex);
     void openMaintenanceFreeTimes();
+    QString pickFromCatalog(const QString &table);
+    void printSelection(bool structure, bool einzeln, bool vorschau);
+    void printSearchResult();
 
     // Explorer
     zol::ExplorerSelection selection() const;
