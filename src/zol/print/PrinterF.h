@@ -39,6 +39,9 @@ public:
 
     // Number of the page being written, 1 for the first; 0 while no job is open.
     int Seite() const { return m_Seite; }
+    // A report may count its sheets again, e.g. one sheet of its own per component
+    // starts at 1; the pages of the store keep their order.
+    void setSeite(int n) { if (m_Seite > 0 && n > 0) m_Seite = n; }
     // The page shown in the preview, 1-based; 0 outside the preview.
     int AktuelleSeite = 0;
 

@@ -165,6 +165,7 @@ private:
         if (m_einzeln) {
             if (!m_erste)
                 m_p.NewPage();
+            m_p.setSeite(1);
             m_zeile = Print_Protokoll_Kopf(m_p, m_datum, m_s);
         }
         m_erste = false;

@@ -136,6 +136,8 @@ private Q_SLOTS:
         QVERIFY(indexOf(t, QStringLiteral("Filter tauschen")) > luefter);
         if (einzeln)
             QVERIFY(indexOf(preview.page(3), QStringLiteral("Filter tauschen")) >= 0);
+        // Every sheet of its own counts from 1.
+        QCOMPARE(int(t.filter(QStringLiteral("Blatt Nr. 1")).size()), pages);
     }
 
     void instructionListsAskAndSelect()
