@@ -1,5 +1,6 @@
 // The explorer figures: a plant of installations in levels, the main window
 // opened on it, a folder's list, the search views and copying a large installation.
+#include "Figures.h"
 #include "ExplorerBench.h"
 #include "gui/structure/ExplorerListModel.h"
 #include "gui/structure/ExplorerTreeModel.h"
@@ -30,23 +31,6 @@ public:
         return style == zol::Style::YesNo ? zol::Answer::Yes : zol::Answer::Ok;
     }
 };
-
-void figure(const char *name, double value, const char *unit, int decimals = 3)
-{
-    std::printf("%s %.*f %s\n", name, decimals, value, unit);
-    std::fflush(stdout);
-}
-
-double peakRssMb()
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return -1;
-}
 
 QString key(int n) { return QStringLiteral("%1").arg(n, 10, 10, QLatin1Char('0')); }
 

@@ -1,4 +1,5 @@
 #include "InstructionsBench.h"
+#include "Figures.h"
 #include "gui/instructions/ProtocolModel.h"
 #include "zol/core/RecordKeys.h"
 #include "zol/core/Sql.h"
@@ -47,12 +48,6 @@ void addLines(const QSqlDatabase &db, const QString &te, int objects, int perObj
     tx.commit();
 }
 
-void figure(const char *name, double value, const char *unit)
-{
-    std::printf("%s %.1f %s\n", name, value, unit);
-    std::fflush(stdout);
-}
-
 }
 
 void instructionsBench(const QSqlDatabase &db)
@@ -65,11 +60,11 @@ void instructionsBench(const QSqlDatabase &db)
     zol::ProtocolGrid grid(db, big, QStringLiteral("Administrator"));
     grid.open();
     ProtocolModel model(grid);
-    figure("protocol_open_2000_ms", t.nsecsElapsed() / 1e6, "ms");
+    figure("protocol_open_2000_ms", t.nsecsElapsed() / 1e6, "ms", 1);
 
     t.restart();
     const auto hit = zol::findInRows(grid.rows(), 0, 1, QStringLiteral("gibt es nicht"), zol::SearchDirection::Down);
-    figure("protocol_search_2000_ms", t.nsecsElapsed() / 1e6, "ms");
+    figure("protocol_search_2000_ms", t.nsecsElapsed() / 1e6, "ms", 1);
     if (hit)
         std::fprintf(stderr, "search found what is not there\n");
 
@@ -80,7 +75,7 @@ void instructionsBench(const QSqlDatabase &db)
     into.open();
     t.restart();
     const zol::PasteResult r = zol::pasteRowBuffer(into);
-    figure("protocol_paste_1000_ms", t.nsecsElapsed() / 1e6, "ms");
+    figure("protocol_paste_1000_ms", t.nsecsElapsed() / 1e6, "ms", 1);
     if (r.written != 1000)
         std::fprintf(stderr, "paste wrote %d of %d lines\n", r.written, r.total);
 }

@@ -1,3 +1,4 @@
+#include "Figures.h"
 #include "JobSheetBench.h"
 #include "zol/core/Session.h"
 #include "zol/planning/JobSheets.h"
@@ -13,12 +14,6 @@
 namespace zolbench {
 
 namespace {
-
-void figure(const char *name, double value, const char *unit, int decimals = 3)
-{
-    std::printf("%s %.*f %s\n", name, decimals, value, unit);
-    std::fflush(stdout);
-}
 
 // Stands in for the preview window: draws page 1 as the window would at
 // about screen size, then keeps the pages for the PDF.

@@ -1,4 +1,5 @@
 // zolbench: prints figures as lines "name value unit".
+#include "Figures.h"
 #include "ExplorerBench.h"
 #include "InstructionsBench.h"
 #include "JobSheetBench.h"
@@ -21,6 +22,10 @@
 
 namespace {
 
+using zolbench::cpuSeconds;
+using zolbench::figure;
+using zolbench::peakRssMb;
+
 // Answers every question with Yes and keeps messages off the figures.
 class YesPresenter : public zol::MessagePresenter {
 public:
@@ -32,31 +37,6 @@ public:
         return style == zol::Style::YesNo ? zol::Answer::Yes : zol::Answer::Ok;
     }
 };
-
-void figure(const char *name, double value, const char *unit, int decimals = 3)
-{
-    std::printf("%s %.*f %s\n", name, decimals, value, unit);
-    std::fflush(stdout);
-}
-
-// CPU time of the process: the machine may be shared, wall time alone misleads.
-double cpuSeconds()
-{
-    timespec ts{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
-    return ts.tv_sec + ts.tv_nsec / 1e9;
-}
-
-double peakRssMb()
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return -1;
-}
 
 // The database work of a planning run and nothing else: the joined statement
 // read forward-only with every column fetched, the week deleted and the same

@@ -304,25 +304,6 @@ bool AuftragsDruckKeineWartung(PrinterF &p, Komponenten &komp, const std::vector
     return true;
 }
 
-// Ends the job; a printer fault is explained and, on the user's word, repeated.
-bool zeigMitWiederholung(PrinterF &p)
-{
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        try {
-            p.zeig();
-            return true;
-        } catch (const Fault &f) {
-            const int r = printerErrors(f);
-            if (r == 0)
-                continue;
-            if (r == 3)
-                throw;
-            return false;
-        }
-    }
-    return false;
-}
-
 }   // namespace
 
 JobSheetQuery jobSheetQuery(Session &session, const QString &jahr, const QString &woche, const JobSheetFilter &filter,

@@ -318,4 +318,22 @@ bool printRange(const PageStore &store, QPagedPaintDevice *device, int from, int
     return false;
 }
 
+bool zeigMitWiederholung(PrinterF &p)
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        try {
+            p.zeig();
+            return true;
+        } catch (const Fault &f) {
+            const int r = printerErrors(f);
+            if (r == 0)
+                continue;
+            if (r == 3)
+                throw;
+            return false;
+        }
+    }
+    return false;
+}
+
 }

@@ -110,6 +110,11 @@ PreviewPresenter *installedPreviewPresenter();
 // raise the fault again.
 int printerErrors(const Fault &fault);
 
+// Ends a report's job with zeig; a printer fault is explained by printerErrors
+// and, on the user's word, the output is tried again (at most 100 times).
+// False when the user gave up; a fault to raise again is thrown.
+bool zeigMitWiederholung(PrinterF &printer);
+
 // The check of the range fields before printing from the preview. Corrects
 // the fields as the preview shows them and tells whether to print.
 struct RangeCheck {

@@ -19,25 +19,6 @@ const QString ErstelleText = QStringLiteral("Erstelle Druckauftrag");
 
 QString heute() { return QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")); }
 
-// Ends the job; a printer fault is explained and, on the user's word, tried again.
-bool zeigMitWiederholung(PrinterF &p)
-{
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        try {
-            p.zeig();
-            return true;
-        } catch (const Fault &f) {
-            const int r = printerErrors(f);
-            if (r == 0)
-                continue;
-            if (r == 3)
-                throw;
-            return false;
-        }
-    }
-    return false;
-}
-
 // The frame every print of this file shares: the status line, the fault
 // handler and the end of the job.
 template <typename Body>
