@@ -1,4 +1,5 @@
 #include "frmProtokollKopfMassen.h"
+#include "MasterDataControls.h"
 #include "ui_frmProtokollKopfMassen.h"
 #include "gui/core/SelectOnFocus.h"
 #include "zol/core/Schema.h"
@@ -109,23 +110,7 @@ void frmProtokollKopfMassen::cmdOK_Click()
         edit->setText(*woche);
     }
     zol::MassChangeInput in;
-    in.BezugsJahr = ui->txtBezugsJahr->text();
-    in.BezugsWoche = ui->txtBezugsWoche->text();
-    in.Kostenstelle = ui->dbcKostenstelle->currentText();
-    in.Klassifizierung = ui->dbcKlassifizierung->currentText();
-    in.Standort = ui->dbcStandort->currentText();
-    in.Lokalisierung = ui->dbcLokalisierung->currentText();
-    in.Hersteller = ui->dbcHersteller->currentText();
-    in.Typ = ui->dbcTyp->currentText();
-    in.WIVerantwortlicher = ui->dbcWIVerantwortlicher->currentText();
-    in.AnlagenVerantwortlicher = ui->dbcAnlagenVerantwortlicher->currentText();
-    in.Option1 = ui->dbcOption1->currentText();
-    in.Option2 = ui->dbcOption2->currentText();
-    in.KeineWartung = ui->chkKeineWartung->isChecked();
-    in.WocheVon1 = ui->txtWocheVon1->text();
-    in.WocheBis1 = ui->txtWocheBis1->text();
-    in.WocheVon2 = ui->txtWocheVon2->text();
-    in.WocheBis2 = ui->txtWocheBis2->text();
+    leseStammdatenFelder(*ui, in);
 
     const zol::MassChangeResult r = zol::MassenAenderung(m_session, m_selected, in);
     ui->txtBezugsJahr->setText(in.BezugsJahr);

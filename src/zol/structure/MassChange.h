@@ -1,4 +1,5 @@
 #pragma once
+#include "MasterData.h"
 #include "zol/core/Session.h"
 #include <QString>
 #include <QStringList>
@@ -7,12 +8,8 @@ namespace zol {
 
 // What the dialog "Stammdaten - Massenänderung" holds: the master data
 // without name and IdentNr.
-struct MassChangeInput {
-    QString BezugsJahr, BezugsWoche, Kostenstelle, Klassifizierung, Standort, Lokalisierung, Hersteller, Typ,
-        WIVerantwortlicher, AnlagenVerantwortlicher, Option1, Option2;
-    bool KeineWartung = false;
-    QString WocheVon1, WocheBis1, WocheVon2, WocheBis2;
-};
+// The mass change edits every shared master-data field but the name and the IdentNr.
+struct MassChangeInput : MasterDataFields {};
 
 struct MassChangeResult {
     bool done = false;       // written (the dialog closes)

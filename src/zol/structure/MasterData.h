@@ -11,11 +11,16 @@ namespace zol {
 // The master data of one node as the dialog "Stammdaten" shows them.
 
 // What the controls of the dialog hold.
-struct MasterDataInput {
-    QString Benennung, BezugsJahr, BezugsWoche, Kostenstelle, IdentNr, Klassifizierung, Standort,
-        Lokalisierung, Hersteller, Typ, WIVerantwortlicher, AnlagenVerantwortlicher, Option1, Option2;
+// The master-data fields that the dialog and the mass change both edit.
+struct MasterDataFields {
+    QString BezugsJahr, BezugsWoche, Kostenstelle, Klassifizierung, Standort, Lokalisierung, Hersteller, Typ,
+        WIVerantwortlicher, AnlagenVerantwortlicher, Option1, Option2;
     bool KeineWartung = false;
     QString WocheVon1, WocheBis1, WocheVon2, WocheBis2;
+};
+
+struct MasterDataInput : MasterDataFields {
+    QString Benennung, IdentNr;
 };
 
 // The state of the dialog when it opens: the present year, week "01", everything else empty.
