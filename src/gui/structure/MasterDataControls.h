@@ -1,5 +1,8 @@
 #pragma once
 #include "zol/structure/MasterData.h"
+#include <QComboBox>
+#include <QList>
+#include <QPushButton>
 
 // Reads the shared master-data controls of a dialog's form; the master-data
 // dialog and the mass change name their controls alike.
@@ -23,4 +26,30 @@ void leseStammdatenFelder(const Form &ui, zol::MasterDataFields &in)
     in.WocheBis1 = ui.txtWocheBis1->text();
     in.WocheVon2 = ui.txtWocheVon2->text();
     in.WocheBis2 = ui.txtWocheBis2->text();
+}
+
+// The catalog buttons both dialogs share, each with the catalog table it asks
+// and the combo that takes the choice (the trade has no combo of its own).
+template <class Form, class Pick>
+void verbindeKatalogKnoepfe(const Form &ui, QObject *context, Pick katalog)
+{
+    const QList<std::pair<QPushButton *, std::pair<QString, QComboBox *>>> knoepfe = {
+        {ui.cmdKostenstelle, {QStringLiteral("Kostenstellen"), ui.dbcKostenstelle}},
+        {ui.cmdKlassifizierung, {QStringLiteral("Klassifizierungen"), ui.dbcKlassifizierung}},
+        {ui.cmdLokalisierung, {QStringLiteral("Lokalisierungen"), ui.dbcLokalisierung}},
+        {ui.cmdHersteller, {QStringLiteral("Hersteller"), ui.dbcHersteller}},
+        {ui.cmdOption1, {QStringLiteral("Option1"), ui.dbcOption1}},
+        {ui.cmdOption2, {QStringLiteral("Option2"), ui.dbcOption2}},
+        {ui.cmdGewerk, {QStringLiteral("Gewerke"), nullptr}},
+    };
+    for (const auto &k : knoepfe)
+        QObject::connect(k.first, &QPushButton::clicked, context,
+                         [katalog, table = k.second.first, combo = k.second.second] { katalog(table, combo); });
+}
+
+template <class Form>
+QList<QPushButton *> katalogKnoepfe(const Form &ui)
+{
+    return {ui.cmdKostenstelle, ui.cmdKlassifizierung, ui.cmdLokalisierung, ui.cmdHersteller,
+            ui.cmdOption1, ui.cmdOption2, ui.cmdGewerk};
 }

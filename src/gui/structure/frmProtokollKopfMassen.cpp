@@ -39,16 +39,7 @@ frmProtokollKopfMassen::frmProtokollKopfMassen(zol::Session &session, QWidget *p
 
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmProtokollKopfMassen::cmdOK_Click);
     connect(ui->cmdCancle, &QPushButton::clicked, this, &frmProtokollKopfMassen::reject);
-    connect(ui->cmdKostenstelle, &QPushButton::clicked, this,
-            [this] { katalog(QStringLiteral("Kostenstellen"), ui->dbcKostenstelle); });
-    connect(ui->cmdKlassifizierung, &QPushButton::clicked, this,
-            [this] { katalog(QStringLiteral("Klassifizierungen"), ui->dbcKlassifizierung); });
-    connect(ui->cmdLokalisierung, &QPushButton::clicked, this,
-            [this] { katalog(QStringLiteral("Lokalisierungen"), ui->dbcLokalisierung); });
-    connect(ui->cmdHersteller, &QPushButton::clicked, this, [this] { katalog(QStringLiteral("Hersteller"), ui->dbcHersteller); });
-    connect(ui->cmdOption1, &QPushButton::clicked, this, [this] { katalog(QStringLiteral("Option1"), ui->dbcOption1); });
-    connect(ui->cmdOption2, &QPushButton::clicked, this, [this] { katalog(QStringLiteral("Option2"), ui->dbcOption2); });
-    connect(ui->cmdGewerk, &QPushButton::clicked, this, [this] { katalog(QStringLiteral("Gewerke"), nullptr); });
+    verbindeKatalogKnoepfe(*ui, this, [this](const QString &table, QComboBox *combo) { katalog(table, combo); });
     setCatalogPicker({});
 }
 
@@ -57,8 +48,7 @@ frmProtokollKopfMassen::~frmProtokollKopfMassen() = default;
 void frmProtokollKopfMassen::setCatalogPicker(CatalogPicker picker)
 {
     m_picker = std::move(picker);
-    for (QPushButton *b : {ui->cmdKostenstelle, ui->cmdKlassifizierung, ui->cmdLokalisierung, ui->cmdHersteller,
-                           ui->cmdOption1, ui->cmdOption2, ui->cmdGewerk})
+    for (QPushButton *b : katalogKnoepfe(*ui))
         b->setEnabled(bool(m_picker));
 }
 
