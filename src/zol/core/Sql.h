@@ -7,6 +7,13 @@ namespace zol {
 
 class Fault;
 
+// How the data are reached. A read is a forward-only SELECT (exec, Statement):
+// cheap, and nothing can be changed through it. A write runs inside a
+// Transaction, so it completes or leaves the data as they were. A window keeps
+// no open record set between two actions; it keeps the FileIndex of its
+// current record and finds it again after every reload (the explorer's
+// RefreshAll does so for the tree and the list).
+
 // Runs a statement with bound values; a failure becomes a Fault (a unique key
 // that exists already becomes fault 3022, a missing table 3078).
 QSqlQuery exec(const QSqlDatabase &db, const QString &sql, const QVariantList &values = {});
