@@ -283,6 +283,30 @@ private Q_SLOTS:
         QCOMPARE(msg.lastStyle(), 16);
     }
 
+    // A report ends its job through zeigMitWiederholung: each "repeat" tries the
+    // device again, any other answer gives the job up, and the job stays open.
+    void reportRepeatsUntilTheUserGivesUp()
+    {
+        QTemporaryDir dir;
+        QPdfWriter broken(dir.filePath(QStringLiteral("fehlt/x.pdf")));
+        PrinterF direct;
+        direct.setPrinter(&broken);
+        direct.Vorschau = false;
+        direct.InitPrinter();
+        direct.PrintString(QStringLiteral("Seite"));
+        ScriptedPresenter msg;
+        msg.answer(4).answer(4).answer(1);
+        QVERIFY(!zeigMitWiederholung(direct));
+        QCOMPARE(msg.shown().size(), 3);
+        QCOMPARE(msg.pendingAnswers(), 0);
+
+        const QString path = dir.filePath(QStringLiteral("gut.pdf"));
+        QPdfWriter writer(path);
+        direct.setPrinter(&writer);
+        QVERIFY(zeigMitWiederholung(direct));
+        QCOMPARE(msg.shown().size(), 3);
+    }
+
     void directModePrintsAtZeig()
     {
         QTemporaryDir dir;
