@@ -2,14 +2,14 @@
 #include "gui/core/GuiPresenter.h"
 #include "gui/core/frmFirstTime.h"
 #include "gui/core/frmLogin.h"
-#include "gui/print/PrinterFWindow.h"
-#include "zol/core/Options.h"
-#include "zol/print/PrinterF.h"
 #include "gui/core/frmSplash.h"
+#include "gui/print/PrinterFWindow.h"
 #include "gui/structure/frmMain.h"
 #include "zol/core/Messages.h"
+#include "zol/core/Options.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Startup.h"
+#include "zol/print/PrinterF.h"
 #include <QApplication>
 #include <QGuiApplication>
 #include <QCommandLineParser>
