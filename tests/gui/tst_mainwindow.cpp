@@ -149,9 +149,14 @@ private Q_SLOTS:
         w.show();
         w.selectTreeKey(f.key["Halle"]);
 
-        // New component; Cancel in the master data removes it again.
+        // New component; Cancel in the master data removes it again. While the
+        // master data of the new entry are open, the status line says so.
+        QString status;
+        QTimer::singleShot(0, [&] { status = w.findChild<QLabel *>(QStringLiteral("sbStatusBarPanel1"))->text(); });
         answerDialog("cmdCancle");
         action(w, "mnuFileNeuProtokoll")->trigger();
+        QCOMPARE(status, QStringLiteral("Verändere Stammdaten"));
+        QVERIFY(w.findChild<QLabel *>(QStringLiteral("sbStatusBarPanel1"))->text().isEmpty());
         QCOMPARE(countRows(f.db(), QStringLiteral("ProtokollKopf"), QStringLiteral("Text = 'File'")), 0);
         QCOMPARE(shownNames(w), (QStringList{"Keller", "Pumpe", "Ventil"}));
         // OK keeps it (after the question on the empty Ident-Nr).

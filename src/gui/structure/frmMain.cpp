@@ -897,9 +897,12 @@ void frmMain::newEntry(bool folder)
     };
     show();
     selectListKeys({node->FileIndex});
+    // The master data of the new entry open as for any entry, without the rights test.
+    setStatusText(tr("Verändere Stammdaten"));
     frmProtokollKopf dialog(m_session, this);
     dialog.setCatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
     const QString tag = dialog.zeig(node->FileIndex, false);
+    setStatusText(QString());
     // Cancel removed the entry again.
     show();
     if (tag == QLatin1String("OK"))
