@@ -60,6 +60,23 @@ QStringList kopfFelder(const OptionState &o)
     return out;
 }
 
+// A filter text with the wildcards * and ? as a GLOB pattern that ignores the
+// case of every letter: each letter becomes the class of its two cases.
+QString ohneGrossKlein(const QString &text)
+{
+    QString out;
+    for (QChar c : text) {
+        const QChar lower = c.toLower(), upper = c.toUpper();
+        if (c == QLatin1Char('['))
+            out += QStringLiteral("[[]");
+        else if (lower != upper)
+            out += QLatin1Char('[') + lower + upper + QLatin1Char(']');
+        else
+            out += c;
+    }
+    return out;
+}
+
 JobSheetFilter wirksamerFilter(const Session &session, JobSheetFilter f)
 {
     // A Werker's trade is fixed to his own.
@@ -318,10 +335,10 @@ JobSheetQuery jobSheetQuery(Session &session, const QString &jahr, const QString
     const auto like = [&](const QString &feld, const QString &text) {
         if (text.trimmed().isEmpty())
             return;
-        // LIKE ignores the case of ASCII letters; the text is bound as typed, so a name
-        // with umlauts matches as it stands.
-        q.sql += QStringLiteral(" AND Auftrag.%1 LIKE ? ESCAPE '\\'").arg(feld);
-        q.values << likePattern(text);
+        // Field and text compare in upper case, umlauts included (the database's
+        // LIKE and upper() fold ASCII letters only).
+        q.sql += QStringLiteral(" AND Auftrag.%1 GLOB ?").arg(feld);
+        q.values << ohneGrossKlein(text);
     };
     like(QStringLiteral("Kostenstelle"), f.kostenstelle);
     like(QStringLiteral("Lokalisierung"), f.lokalisierung);

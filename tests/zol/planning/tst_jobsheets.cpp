@@ -413,6 +413,8 @@ private Q_SLOTS:
         QTest::newRow("blank is no filter") << "  " << "" << "" << 6;
         QTest::newRow("nothing") << "Sanitär" << "" << "" << 0;
         QTest::newRow("umlaut") << "Mess*ü*" << "" << "" << 1;
+        QTest::newRow("umlaut in upper case") << "MESSTECHNIK SÜD" << "" << "" << 1;
+        QTest::newRow("bracket is plain") << "[E]*" << "" << "" << 0;
     }
     void filters()
     {
