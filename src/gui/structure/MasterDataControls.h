@@ -1,6 +1,8 @@
 #pragma once
 #include "zol/structure/MasterData.h"
+#include "zol/core/Schema.h"
 #include <QComboBox>
+#include <QLineEdit>
 #include <QList>
 #include <QPushButton>
 
@@ -52,4 +54,19 @@ QList<QPushButton *> katalogKnoepfe(const Form &ui)
 {
     return {ui.cmdKostenstelle, ui.cmdKlassifizierung, ui.cmdLokalisierung, ui.cmdHersteller,
             ui.cmdOption1, ui.cmdOption2, ui.cmdGewerk};
+}
+
+// The year and week boxes both dialogs share: limited to their fields' sizes,
+// and watched by the dialog, which checks them on leaving.
+template <class Form>
+void richteWochenFelderEin(const Form &ui, QObject *watcher)
+{
+    const QString kopf = QStringLiteral("ProtokollKopf");
+    ui.txtBezugsJahr->setMaxLength(zol::Schema::Size(kopf, QStringLiteral("BezugsJahr")));
+    ui.txtBezugsWoche->setMaxLength(zol::Schema::Size(kopf, QStringLiteral("BezugsWoche")));
+    for (QLineEdit *w : {ui.txtWocheVon1, ui.txtWocheBis1, ui.txtWocheVon2, ui.txtWocheBis2})
+        w->setMaxLength(zol::Schema::Size(kopf, QStringLiteral("KeineWartungWocheVon1")));
+    for (QLineEdit *w : {ui.txtBezugsJahr, ui.txtBezugsWoche, ui.txtWocheVon1, ui.txtWocheBis1, ui.txtWocheVon2,
+                         ui.txtWocheBis2})
+        w->installEventFilter(watcher);
 }

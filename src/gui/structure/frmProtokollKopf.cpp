@@ -26,15 +26,8 @@ frmProtokollKopf::frmProtokollKopf(zol::Session &session, QWidget *parent)
     ui->setupUi(this);
     setModal(true);
 
-    ui->txtBezugsJahr->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("BezugsJahr")));
-    ui->txtBezugsWoche->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("BezugsWoche")));
+    richteWochenFelderEin(*ui, this);
     ui->txtIdentNr->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("IdentNr")));
-    for (QLineEdit *w : {ui->txtWocheVon1, ui->txtWocheBis1, ui->txtWocheVon2, ui->txtWocheBis2}) {
-        w->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("KeineWartungWocheVon1")));
-        w->installEventFilter(this);
-    }
-    ui->txtBezugsJahr->installEventFilter(this);
-    ui->txtBezugsWoche->installEventFilter(this);
     for (QLineEdit *w : findChildren<QLineEdit *>())
         zolgui::SelectOnFocus::install(w);
     // The lists propose; typing completes nothing on its own, so what is typed is written.

@@ -19,14 +19,7 @@ frmProtokollKopfMassen::frmProtokollKopfMassen(zol::Session &session, QWidget *p
 {
     ui->setupUi(this);
     setModal(true);
-    ui->txtBezugsJahr->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("BezugsJahr")));
-    ui->txtBezugsWoche->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("BezugsWoche")));
-    for (QLineEdit *w : {ui->txtWocheVon1, ui->txtWocheBis1, ui->txtWocheVon2, ui->txtWocheBis2}) {
-        w->setMaxLength(zol::Schema::Size(kKopf, QStringLiteral("KeineWartungWocheVon1")));
-        w->installEventFilter(this);
-    }
-    ui->txtBezugsJahr->installEventFilter(this);
-    ui->txtBezugsWoche->installEventFilter(this);
+    richteWochenFelderEin(*ui, this);
     // No message here limits a text, so a combo takes no more than its field.
     for (const zol::ComboFeld &c : zol::stammdatenCombos())
         if (auto *combo = findChild<QComboBox *>(c.control))
