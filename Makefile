@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 DATA ?= $(CURDIR)/demo-data
 export ZOL_DATA ?= $(DATA)
 
-.PHONY: deps configure build run test test-core bench demo clean
+.PHONY: deps configure build run test test-core bench demo package clean
 
 deps:
 	@bash scripts/install-deps
@@ -33,6 +33,12 @@ test-core: deps
 test: build test-core
 	cd $(BUILD) && ctest --output-on-failure -j$(JOBS)
 	@bash scripts/smoke-test $(BUILD)/zol
+	@$(MAKE) --no-print-directory package
+	@bash scripts/package-test $(BUILD)
+
+# The Debian package zol_VERSION_ARCH.deb in the build folder.
+package: build
+	cd $(BUILD) && cpack -G DEB >/dev/null && ls zol_*.deb
 
 bench: build
 	$(BUILD)/zolbench $(BENCH_ARGS)

@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "gui/core/GuiPresenter.h"
+#include "gui/core/ProgramIcon.h"
 #include "gui/core/frmFirstTime.h"
 #include "gui/core/frmLogin.h"
 #include "gui/core/frmSplash.h"
@@ -73,10 +74,15 @@ int main(int argc, char **argv)
                                       QStringLiteral("FILE"));
     const QCommandLineOption yes(QStringLiteral("yes"), QStringLiteral("Fragen mit Ja beantworten"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Hilfe"));
-    parser.addOptions({data, user, settings, yes, help});
+    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Version"));
+    parser.addOptions({data, user, settings, yes, help, version});
     if (!parser.parse(arguments)) {
         std::cerr << qPrintable(parser.errorText()) << '\n' << qPrintable(zolapp::usageText());
         return zolapp::Exit::Usage;
+    }
+    if (parser.isSet(version)) {
+        std::cout << "zol " << ZOL_VERSION_MAJOR << '.' << ZOL_VERSION_MINOR << '.' << ZOL_VERSION_PATCH << '\n';
+        return zolapp::Exit::Done;
     }
     if (parser.isSet(help)) {
         std::cout << qPrintable(zolapp::usageText());
@@ -104,8 +110,10 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("ZOL"));
     QCoreApplication::setApplicationVersion(
         QStringLiteral("%1.%2.%3").arg(ZOL_VERSION_MAJOR).arg(ZOL_VERSION_MINOR).arg(ZOL_VERSION_PATCH));
-    if (positional.isEmpty())
+    if (positional.isEmpty()) {
+        QApplication::setWindowIcon(programIcon());
         return startWindows(ctx.dataDir, ctx.user);
+    }
 
     zolapp::installBatchPresenter(parser.isSet(yes));
     const QString command = positional.takeFirst();

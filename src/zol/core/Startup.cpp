@@ -120,7 +120,9 @@ namespace zol {
 
 QString documentationPath(const QString &dataDir, const QString &programDir)
 {
-    for (const QString &dir : {dataDir, programDir}) {
+    // An installed program keeps its manual in the doc folder of its prefix.
+    const QString installed = programDir.isEmpty() ? QString() : QDir(programDir).filePath(QStringLiteral("../share/doc/zol"));
+    for (const QString &dir : {programDir, installed, dataDir}) {
         const QString path = QDir(dir).filePath(QStringLiteral("ZOL.PDF"));
         if (!dir.isEmpty() && QFileInfo::exists(path))
             return path;

@@ -78,7 +78,8 @@ void saveMainWindowSettings(const QString &userName, const MainWindowSettings &s
 
 namespace zol {
 
-// The documentation ZOL.PDF: beside the data file, else beside the program.
+// The documentation ZOL.PDF: beside the program, else in the doc folder of an
+// installed program (../share/doc/zol), else beside the data file.
 QString documentationPath(const QString &dataDir, const QString &programDir);
 // Opens the documentation with the given opener (the desktop's "open"); a
 // missing file or a failing opener gives the message in style 48.

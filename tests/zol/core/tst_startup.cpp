@@ -266,6 +266,24 @@ private Q_SLOTS:
         QVERIFY(!openDocumentation(d.dir(), {}, [](const QString &) { return false; }));
         QCOMPARE(messages.shown().size(), 2);
     }
+
+    // The manual is looked for beside the program, then in an installed program's
+    // doc folder, then in the data folder.
+    void documentationSearchOrder()
+    {
+        QTemporaryDir root;
+        const QString bin = root.path() + "/usr/bin", doc = root.path() + "/usr/share/doc/zol", data = root.path() + "/data";
+        for (const QString &dir : {bin, doc, data})
+            QVERIFY(QDir().mkpath(dir));
+        const auto touch = [](const QString &path) { QFile f(path); return f.open(QIODevice::WriteOnly); };
+        QVERIFY(touch(data + "/ZOL.PDF"));
+        QCOMPARE(documentationPath(data, bin), data + "/ZOL.PDF");
+        QVERIFY(touch(doc + "/ZOL.PDF"));
+        QCOMPARE(QFileInfo(documentationPath(data, bin)).canonicalFilePath(), QFileInfo(doc + "/ZOL.PDF").canonicalFilePath());
+        QVERIFY(touch(bin + "/ZOL.PDF"));
+        QCOMPARE(documentationPath(data, bin), bin + "/ZOL.PDF");
+        QCOMPARE(documentationPath(data, {}), data + "/ZOL.PDF");
+    }
 };
 
 QTEST_GUILESS_MAIN(TestStartup)
