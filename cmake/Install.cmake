@@ -9,7 +9,9 @@ foreach(size 16 22 24 32 48 64 128 256)
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps RENAME zol.png)
 endforeach()
 install(FILES ${CMAKE_SOURCE_DIR}/data/icons/zol.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zol)
+# The manual, made by the build (src/doc), where "Dokumentation (PDF)" looks for it.
+install(FILES ${CMAKE_BINARY_DIR}/ZOL.PDF DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zol)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zol)
