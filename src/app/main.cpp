@@ -1,16 +1,10 @@
 #include "Commands.h"
 #include "gui/core/GuiPresenter.h"
 #include "gui/core/ProgramIcon.h"
-#include "gui/core/frmFirstTime.h"
-#include "gui/core/frmLogin.h"
-#include "gui/core/frmSplash.h"
-#include "gui/print/PrinterFWindow.h"
-#include "gui/structure/frmMain.h"
+#include "gui/core/WindowStart.h"
 #include "zol/core/Messages.h"
-#include "zol/core/Options.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Startup.h"
-#include "zol/print/PrinterF.h"
 #include <QApplication>
 #include <QGuiApplication>
 #include <QCommandLineParser>
@@ -20,41 +14,16 @@
 
 namespace {
 
-// The start with windows: data file, monthly copy, login, options, main window with splash, first-time window.
 int startWindows(const QString &dataDir, const QString &user)
 {
     static GuiPresenter presenter;
-
-    zol::Startup startup(dataDir);
-    std::unique_ptr<frmMain> main;
-    zol::StartHooks hooks;
-    hooks.showLogin = [&user](zol::Session &s) {
-        frmLogin login(s);
-        login.setUserName(user);
-        return login.zeig();
-    };
-    hooks.loadOptions = [](zol::Session &s) { zol::LadeOptionen(s); };
-    hooks.showMain = [&main](zol::Session &s) {
-        frmSplash splash;
-        splash.show();
-        splash.repaint();
-        main = std::make_unique<frmMain>(s);
-        zol::installPrinting(zol::PrinterF::instance(), s.options(), main.get());
-        splash.hold();
-        main->zeig();
-    };
-    hooks.showFirstTime = [&main](zol::Session &s) {
-        auto *w = new frmFirstTime(s, main.get());
-        w->show();
-    };
-    switch (startup.run(QDate::currentDate(), hooks)) {
+    WindowStart start(dataDir, user);
+    switch (start.run()) {
     case zol::Startup::Result::Started: break;
     case zol::Startup::Result::LoginCancelled: return zolapp::Exit::Done;
     case zol::Startup::Result::Failed: return zolapp::Exit::Fault;
     }
-    const int rc = QApplication::exec();
-    main.reset();
-    return rc;
+    return QApplication::exec();
 }
 
 }

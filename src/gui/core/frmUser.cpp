@@ -34,9 +34,8 @@ frmUser::~frmUser() = default;
 
 void frmUser::zeig()
 {
-    show();
-    raise();
-    activateWindow();
+    // Modal: the main window owns the object only for the length of this call.
+    exec();
 }
 
 void frmUser::fillList(const QString &select)
