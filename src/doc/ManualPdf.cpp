@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontMetricsF>
+#include <cmath>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -78,6 +80,7 @@ public:
             return false;
         breakBeforeChapters();
         m_doc->setPageSize(m_page);
+        keepHeadingsWithText();
         return true;
     }
 
@@ -159,6 +162,25 @@ private:
             }
         }
         return true;
+    }
+
+    // A heading near the foot of a page moves to the next one, so that it is never
+    // left there without the text it heads.
+    void keepHeadingsWithText()
+    {
+        const qreal room = QFontMetricsF(m_doc->defaultFont(), &m_writer).lineSpacing() * 5;
+        for (QTextBlock b = m_doc->begin(); b.isValid(); b = b.next()) {
+            if (b.blockFormat().headingLevel() == 0 || b.blockFormat().pageBreakPolicy() != QTextFormat::PageBreak_Auto)
+                continue;
+            const QRectF r = m_doc->documentLayout()->blockBoundingRect(b);
+            const qreal pageEnd = (std::floor(r.top() / m_page.height()) + 1) * m_page.height();
+            if (pageEnd - r.bottom() < room) {
+                QTextCursor c(b);
+                QTextBlockFormat f = b.blockFormat();
+                f.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+                c.setBlockFormat(f);
+            }
+        }
     }
 
     void breakBeforeChapters()
