@@ -137,16 +137,12 @@ int cmdInit(CommandContext &ctx)
     else
         password = batchPassword(QStringLiteral("Passwort für %1: ").arg(adminName));
     try {
-        db.create(adminName, password);
+        // The demo plant is part of the one transaction that makes the file.
+        std::function<void(const QSqlDatabase &)> fill;
         if (p.isSet(demo))
-            zol::addDemoPlant(db.connection(), QDate::currentDate().year());
+            fill = [](const QSqlDatabase &sql) { zol::addDemoPlant(sql, QDate::currentDate().year()); };
+        db.create(adminName, password, fill);
     } catch (const zol::Fault &f) {
-        // A file without its demo plant would be refused by the next init: take it away again.
-        const bool made = db.isLocked();
-        db.close();
-        if (made)
-            for (const char *suffix : {"", "-wal", "-shm"})
-                QFile::remove(db.filePath() + QLatin1String(suffix));
         zol::ZeigeMeldung(zol::faultText(f), zol::Style::Critical);
         return Exit::Fault;
     }
@@ -156,6 +152,9 @@ int cmdInit(CommandContext &ctx)
 
 int cmdPlan(CommandContext &ctx)
 {
+    // A wrong call ends here, before the lock and the monthly copy.
+    if (!zol::parsePlanArgs(ctx.args))
+        return Exit::Usage;
     zol::Startup startup(ctx.dataDir);
     const int opened = openBatchSession(startup, ctx);
     if (opened != Exit::Done)
@@ -169,6 +168,8 @@ int cmdPrint(CommandContext &ctx)
         std::cerr << qPrintable(usageText());
         return Exit::Usage;
     }
+    if (!zol::parseJobSheetsArgs(ctx.args.mid(1)))
+        return Exit::Usage;
     zol::Startup startup(ctx.dataDir);
     const int opened = openBatchSession(startup, ctx);
     if (opened != Exit::Done)

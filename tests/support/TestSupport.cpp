@@ -2,6 +2,7 @@
 #include "zol/core/Settings.h"
 #include "zol/core/Sql.h"
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 
 namespace zoltest {
@@ -49,6 +50,12 @@ int countRows(const QSqlDatabase &db, const QString &table, const QString &where
     if (!where.isEmpty())
         sql += QStringLiteral(" WHERE ") + where;
     return zol::scalar(db, sql, values).toInt();
+}
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 }

@@ -50,6 +50,9 @@ struct RecordingPreview : zol::PreviewPresenter {
     int calls = 0;
 };
 
+// The bytes of a file; empty when it can't be read.
+QByteArray fileBytes(const QString &path);
+
 // Number of rows of a table, optionally with a WHERE clause and bound values.
 int countRows(const QSqlDatabase &db, const QString &table, const QString &where = {}, const QVariantList &values = {});
 

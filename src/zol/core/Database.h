@@ -2,6 +2,7 @@
 #include <QDate>
 #include <QSqlDatabase>
 #include <QString>
+#include <functional>
 
 namespace zol {
 
@@ -22,17 +23,22 @@ public:
     QString filePath() const;
     bool fileExists() const;
 
-    // Takes the exclusive lock on an existing data file. Faults: 3024 the file
-    // is missing, 3045 another session holds it, 3051 it can't be opened for writing.
+    // Takes the exclusive lock on an existing data file. Faults: 3044 the
+    // folder is missing, 3024 the file is missing, 3045 another session holds
+    // it, 3051 no permission to write the file or its folder.
     void lock();
     bool isLocked() const { return m_lockFd >= 0; }
 
-    // Opens the connection (the lock must be held) and checks that the file is
-    // a data file of this program (fault 3343 otherwise).
+    // Takes the lock, opens the connection and checks that the file is a data
+    // file of this program: 3343 when it isn't, 3078 without the table User,
+    // 3045 when another program holds SQLite's lock on it. A fault leaves the
+    // file closed and unlocked.
     void open();
-    // Makes a new data file with schema and seed rows; refuses a file that exists.
-    // Leaves the file locked and open.
-    void create(const QString &adminName, const QString &adminPassword);
+    // Makes a new data file with schema, seed rows and what `fill` adds, all
+    // in one transaction on a temporary file that takes the name ZOL.db only
+    // when complete; refuses a file that exists. Leaves the file locked and open.
+    void create(const QString &adminName, const QString &adminPassword,
+                const std::function<void(const QSqlDatabase &)> &fill = {});
     void close();
     bool isOpen() const;
 
@@ -43,6 +49,9 @@ public:
     // Makes the monthly copy if it does not exist yet: a consistent copy of the
     // open file, never overwriting. Returns true when a copy was made.
     bool makeMonthlyCopy(const QDate &today);
+    // Removes what an interrupted monthly copy or new data file left behind
+    // (their temporary files); only while the lock is held.
+    void removeLeftovers();
 
 private:
     void applyPragmas();

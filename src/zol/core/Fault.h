@@ -10,6 +10,7 @@ namespace FaultNo {
 constexpr int NoCurrentRecord = 3021;
 constexpr int KeyExists = 3022;
 constexpr int FileNotFound = 3024;
+constexpr int InvalidPath = 3044;
 constexpr int FileInUse = 3045;
 constexpr int TableMissing = 3078;
 constexpr int NotADatabase = 3343;

@@ -1,4 +1,5 @@
 #include "Schema.h"
+#include "Digits.h"
 #include "Fault.h"
 #include "zol/instructions/IntervalCodes.h"
 #include "Passwords.h"
@@ -147,7 +148,7 @@ bool Schema::isYearTable(const QString &name)
     if (!name.startsWith(prefix, Qt::CaseInsensitive) || name.size() != prefix.size() + 4)
         return false;
     for (int i = prefix.size(); i < name.size(); ++i)
-        if (!name.at(i).isDigit())
+        if (!isAsciiDigit(name.at(i)))
             return false;
     return true;
 }

@@ -2,6 +2,7 @@
 #include "Fault.h"
 #include "Messages.h"
 #include "Settings.h"
+#include "Users.h"
 
 namespace zol {
 
@@ -40,6 +41,9 @@ Startup::Result Startup::run(const QDate &today, const StartHooks &hooks)
         // before it could make a copy.
         m_database->lock();
         m_database->open();
+        m_database->removeLeftovers();
+        // Before the copy, which is never deleted: no plain password may live on in it.
+        hashPlainPasswords(m_database->connection());
         // Made before the login, so it holds the data as the last session left them.
         m_madeCopy = m_database->makeMonthlyCopy(today);
     } catch (const Fault &f) {

@@ -91,6 +91,24 @@ bool isWerkerForm(const QString &stored)
 
 // ---- Login -----------------------------------------------------------------
 
+int hashPlainPasswords(const QSqlDatabase &db)
+{
+    QList<QPair<qint64, QString>> plain;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT rowid, \"Paßwort\" FROM \"User\""));
+    while (q.next()) {
+        const QString stored = q.value(1).toString();
+        if (!isPasswordHash(stored))
+            plain.append({q.value(0).toLongLong(), stored});
+    }
+    if (plain.isEmpty())
+        return 0;
+    Transaction tx(db);
+    for (const auto &[rowid, password] : plain)
+        exec(db, QStringLiteral("UPDATE \"User\" SET \"Paßwort\" = ? WHERE rowid = ?"), {hashPassword(password), rowid});
+    tx.commit();
+    return int(plain.size());
+}
+
 void beginLogin(Login &login)
 {
     login.LoginSucceeded = false;

@@ -34,6 +34,11 @@ void cancelLogin(Login &login);
 // written back at once. UserName keeps the case as typed.
 LoginStep loginOK(Session &session, const QString &typedName, const QString &typedPassword);
 
+// Hashes every row of User whose password is still plain text, in one
+// transaction; done when the data file is opened, before the monthly copy.
+// Returns the number of rows hashed.
+int hashPlainPasswords(const QSqlDatabase &db);
+
 // ---- Roles -------------------------------------------------------------------
 
 namespace Role {

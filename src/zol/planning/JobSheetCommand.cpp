@@ -1,65 +1,73 @@
 #include "JobSheetCommand.h"
 #include "JobSheets.h"
 #include "zol/core/Messages.h"
+#include "zol/core/OutputFile.h"
 #include "zol/print/PrinterF.h"
-#include <QDir>
-#include <QSaveFile>
 
 namespace zol {
 
-int printJobSheetsCommand(Session &session, const QStringList &args)
+std::optional<JobSheetArgs> parseJobSheetsArgs(const QStringList &args)
 {
     const QString usage = QStringLiteral(
         "Aufruf: zol print jobsheets JAHR WOCHE --pdf DATEI [--gewerk T] [--kostenstelle K] [--lokalisierung L]");
     QStringList positional;
-    QString pdf;
-    JobSheetFilter filter;
+    JobSheetArgs p;
     for (int i = 0; i < args.size(); ++i) {
         const QString &a = args.at(i);
         QString *target = nullptr;
         if (a == QLatin1String("--pdf"))
-            target = &pdf;
+            target = &p.pdf;
         else if (a == QLatin1String("--gewerk"))
-            target = &filter.gewerk;
+            target = &p.filter.gewerk;
         else if (a == QLatin1String("--kostenstelle"))
-            target = &filter.kostenstelle;
+            target = &p.filter.kostenstelle;
         else if (a == QLatin1String("--lokalisierung"))
-            target = &filter.lokalisierung;
+            target = &p.filter.lokalisierung;
         else if (a.startsWith(QLatin1String("--"))) {
             ZeigeMeldung(usage, Style::Exclamation);
-            return 2;
+            return std::nullopt;
         } else {
             positional << a;
             continue;
         }
         if (i + 1 >= args.size()) {
             ZeigeMeldung(usage, Style::Exclamation);
-            return 2;
+            return std::nullopt;
         }
         *target = args.at(++i);
     }
-    if (positional.size() != 2 || pdf.isEmpty()) {
+    if (positional.size() != 2 || p.pdf.isEmpty()) {
         ZeigeMeldung(usage, Style::Exclamation);
-        return 2;
+        return std::nullopt;
     }
-    {
-        // An unwritable file is told before any page is laid out.
-        QSaveFile probe(pdf);
-        if (!probe.open(QIODevice::WriteOnly)) {
-            ZeigeMeldung(QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
-                             .arg(QDir::toNativeSeparators(pdf), probe.errorString()),
-                         Style::Critical);
-            return 3;
-        }
-        probe.cancelWriting();
+    // A data file or an open file is never the output.
+    if (const QString refusal = outputRefusal(p.pdf); !refusal.isEmpty()) {
+        ZeigeMeldung(refusal, Style::Exclamation);
+        return std::nullopt;
     }
+    p.jahr = positional.at(0);
+    p.woche = positional.at(1);
+    return p;
+}
 
-    PdfPreviewPresenter presenter(pdf);
+int printJobSheetsCommand(Session &session, const QStringList &args)
+{
+    const std::optional<JobSheetArgs> call = parseJobSheetsArgs(args);
+    if (!call)
+        return 2;
+    // The session may hold files open that the check before it could not see.
+    const OutputChoice choice = chooseOutput(call->pdf);
+    if (choice == OutputChoice::Refused)
+        return 2;
+    if (choice == OutputChoice::Declined)
+        return 1;
+
+    PdfPreviewPresenter presenter(call->pdf, choice == OutputChoice::Replace);
     PreviewPresenter *before = installedPreviewPresenter();
     installPreviewPresenter(&presenter);
     JobSheetResult r;
     try {
-        r = AuftragsDruckAnweisungen(session, positional.at(0), positional.at(1), filter, true);
+        r = AuftragsDruckAnweisungen(session, call->jahr, call->woche, call->filter, true);
     } catch (...) {
         installPreviewPresenter(before);
         throw;

@@ -1,5 +1,6 @@
 #include "PlanCommand.h"
 #include "PlanningRun.h"
+#include "zol/core/Digits.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Schema.h"
 #include <QTextStream>
@@ -29,35 +30,38 @@ private:
     MessagePresenter *m_previous;
 };
 
-bool digitsOnly(const QString &t)
-{
-    for (QChar c : t)
-        if (!c.isDigit())
-            return false;
-    return true;
-}
-
 }   // namespace
 
-int planCommand(Session &session, const QStringList &args, bool yes, QTextStream *out, QTextStream *err)
+std::optional<PlanArgs> parsePlanArgs(const QStringList &args, QTextStream *err)
 {
-    QTextStream stdOut(stdout), stdErr(stderr);
-    QTextStream &o = out ? *out : stdOut;
-    QTextStream &e = err ? *err : stdErr;
-
+    PlanArgs p;
     QStringList words;
     for (const QString &a : args) {
         if (a == QLatin1String("--yes"))
-            yes = true;
+            p.yes = true;
         else
             words << a;
     }
     // The window takes digits only, the year as wide as its field; so does the command.
-    if (words.size() != 2 || !digitsOnly(words.at(0).trimmed()) || !digitsOnly(words.at(1).trimmed())
+    if (words.size() != 2 || !allAsciiDigits(words.at(0).trimmed()) || !allAsciiDigits(words.at(1).trimmed())
         || words.at(0).trimmed().size() > Schema::Size(QStringLiteral("Auftrag"), QStringLiteral("Jahr"))) {
-        e << "Aufruf: zol plan JAHR WOCHE [--yes]" << Qt::endl;
-        return 2;
+        QTextStream stdErr(stderr);
+        (err ? *err : stdErr) << "Aufruf: zol plan JAHR WOCHE [--yes]" << Qt::endl;
+        return std::nullopt;
     }
+    p.jahr = words.at(0);
+    p.woche = words.at(1);
+    return p;
+}
+
+int planCommand(Session &session, const QStringList &args, bool yes, QTextStream *out, QTextStream *err)
+{
+    QTextStream stdOut(stdout);
+    QTextStream &o = out ? *out : stdOut;
+    const std::optional<PlanArgs> parsed = parsePlanArgs(args, err);
+    if (!parsed)
+        return 2;
+    yes = yes || parsed->yes;
 
     std::unique_ptr<YesPresenter> answering;
     if (yes)
@@ -65,7 +69,7 @@ int planCommand(Session &session, const QStringList &args, bool yes, QTextStream
     PlanningRun run(session);
     QString status;
     run.onStatus = [&status](const QString &text) { status = text; };
-    const PlanResult r = run.run(words.at(0), words.at(1));
+    const PlanResult r = run.run(parsed->jahr, parsed->woche);
     if (!status.isEmpty())
         o << status << Qt::endl;
     switch (r.outcome) {

@@ -1,24 +1,15 @@
 #include "WeekCalendar.h"
+#include "zol/core/Digits.h"
 #include "zol/core/Sql.h"
 #include <QSqlQuery>
 #include <cmath>
 
 namespace zol {
 
-static bool allDigits(const QString &t)
-{
-    if (t.isEmpty())
-        return false;
-    for (QChar c : t)
-        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            return false;
-    return true;
-}
-
 QString formatMask(const QString &text, int digits)
 {
     const QString t = text.trimmed();
-    if (!allDigits(t))
+    if (!allAsciiDigits(t))
         return text;
     // A number: its digits without leading zeros, padded to the mask's width.
     qsizetype first = 0;
@@ -34,11 +25,11 @@ double leadingNumber(const QString &text)
     qsizetype i = 0;
     if (i < t.size() && (t.at(i) == QLatin1Char('-') || t.at(i) == QLatin1Char('+')))
         ++i;
-    while (i < t.size() && t.at(i).isDigit())
+    while (i < t.size() && isAsciiDigit(t.at(i)))
         ++i;
     if (i < t.size() && t.at(i) == QLatin1Char('.')) {
         ++i;
-        while (i < t.size() && t.at(i).isDigit())
+        while (i < t.size() && isAsciiDigit(t.at(i)))
             ++i;
     }
     bool ok = false;
@@ -76,7 +67,7 @@ bool inKeineWartung(const KeineWartungFelder &k, const QString &woche)
 std::optional<int> wholeNumber(const QString &text)
 {
     const QString t = text.trimmed();
-    if (!allDigits(t) || t.size() > 9)
+    if (!allAsciiDigits(t) || t.size() > 9)
         return std::nullopt;
     return t.toInt();
 }

@@ -1,6 +1,7 @@
 #include "PageMetrics.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include "zol/core/OutputFile.h"
 #include <QDir>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -10,7 +11,6 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <algorithm>
 
 namespace zol {
@@ -131,37 +131,29 @@ void printPages(const PageStore &store, QPagedPaintDevice *device, int from, int
     painter.end();
 }
 
-bool writePdf(const PageStore &store, const QString &path, int from, int to)
+bool writePdf(const PageStore &store, const QString &path, int from, int to, bool replaceExisting)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        ZeigeMeldung(QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
-                         .arg(QDir::toNativeSeparators(path), file.errorString()),
-                     Style::Critical);
-        return false;
-    }
-    {
-        QPdfWriter writer(&file);
-        writer.setResolution(int(TwipsPerInch));
-        writer.setCreator(QStringLiteral("ZOL"));
-        writer.setTitle(QFileInfo(path).completeBaseName());
-        try {
+    try {
+        OutputFile out(path, replaceExisting ? OutputFile::ReplaceExisting : OutputFile::KeepExisting);
+        {
+            QPdfWriter writer(&out.device());
+            writer.setResolution(int(TwipsPerInch));
+            writer.setCreator(QStringLiteral("ZOL"));
+            writer.setTitle(QFileInfo(path).completeBaseName());
             printPages(store, &writer, from, to);
-        } catch (const Fault &f) {
-            file.cancelWriting();
-            ZeigeMeldung(QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
-                             .arg(QDir::toNativeSeparators(path), f.description()),
-                         Style::Critical);
-            return false;
         }
-    }
-    if (!file.commit()) {
-        ZeigeMeldung(QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
-                         .arg(QDir::toNativeSeparators(path), file.errorString()),
+        out.commit();
+        return true;
+    } catch (const OutputRefused &r) {
+        ZeigeMeldung(r.description(), Style::Exclamation);
+    } catch (const Fault &f) {
+        ZeigeMeldung(f.number() == FaultNo::CannotWrite
+                         ? f.description()
+                         : QStringLiteral("Die Datei '%1' kann nicht geschrieben werden: %2")
+                               .arg(QDir::toNativeSeparators(path), f.description()),
                      Style::Critical);
-        return false;
     }
-    return true;
+    return false;
 }
 
 }

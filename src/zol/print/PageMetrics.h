@@ -65,10 +65,11 @@ void renderPage(QPainter &painter, const PageMetrics &metrics, const PrintPage &
 // page raises Fault 482.
 void printPages(const PageStore &store, QPagedPaintDevice *device, int from, int to);
 
-// Writes pages from..to into a PDF file. The file is written beside its
-// place under a temporary name and takes its name only when complete, so a
-// failure leaves nothing that looks like a finished file. On failure the
-// user is told and false comes back.
-bool writePdf(const PageStore &store, const QString &path, int from, int to);
+// Writes pages from..to into a PDF file through OutputFile: never over a data
+// file or an open file, beside its place under a temporary name that takes
+// the file's name only when complete. An existing file is replaced only with
+// replaceExisting (the user agreed, as a save dialog asks). On failure or
+// refusal the user is told and false comes back.
+bool writePdf(const PageStore &store, const QString &path, int from, int to, bool replaceExisting = true);
 
 }

@@ -288,7 +288,7 @@ RangeCheck checkPrintRange(QString &von, QString &bis, int shownPage, int lastPa
 void PdfPreviewPresenter::showPreview(PrinterF &printer)
 {
     m_pages = printer.store().pageCount();
-    m_written = writePdf(printer.store(), m_path, 1, m_pages);
+    m_written = writePdf(printer.store(), m_path, 1, m_pages, m_replace);
 }
 
 }

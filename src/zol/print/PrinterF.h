@@ -128,13 +128,16 @@ RangeCheck checkPrintRange(QString &von, QString &bis, int shownPage, int lastPa
 // job into a PDF file.
 class PdfPreviewPresenter : public PreviewPresenter {
 public:
-    explicit PdfPreviewPresenter(QString path) : m_path(std::move(path)) {}
+    // replaceExisting: the user agreed that an existing file is replaced.
+    explicit PdfPreviewPresenter(QString path, bool replaceExisting = true)
+        : m_path(std::move(path)), m_replace(replaceExisting) {}
     void showPreview(PrinterF &printer) override;
     bool written() const { return m_written; }
     int pages() const { return m_pages; }
 
 private:
     QString m_path;
+    bool m_replace;
     bool m_written = false;
     int m_pages = 0;
 };

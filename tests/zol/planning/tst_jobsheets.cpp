@@ -17,6 +17,7 @@
 using namespace zol;
 using zoltest::TempData;
 using zoltest::countRows;
+using zoltest::fileBytes;
 
 namespace {
 
@@ -585,8 +586,27 @@ private Q_SLOTS:
         QVERIFY(text.contains(QStringLiteral("Pumpe P1")));
         QVERIFY(!text.contains(QStringLiteral("Mechanik")));
 
+        // An existing file is replaced only when the user agrees.
+        const QByteArray firstPdf = fileBytes(pdf);
+        msg.answer(Answer::No);
+        QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", pdf}), 1);
+        QCOMPARE(fileBytes(pdf), firstPdf);
+        msg.answer(Answer::Yes);
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", pdf}), 0);
         QCOMPARE(zoltest::pdfText(pdf).count(QLatin1Char('\f')), 2);
+        QCOMPARE(msg.pendingAnswers(), 0);
+
+        // Never over the data file, the monthly copy or a file the session holds open.
+        data->db().makeMonthlyCopy(QDate(2026, 11, 1));
+        for (const QString &target : {data->db().filePath(), data->dir() + QStringLiteral("/sub/../ZOL_202611.db"),
+                                      data->dir() + QStringLiteral("/ZOL.db-wal")}) {
+            const QByteArray before = fileBytes(target);
+            msg.clear();
+            QCOMPARE(printJobSheetsCommand(*session, {"2026", "12", "--pdf", target}), 2);
+            QCOMPARE(msg.lastStyle(), Style::Exclamation);
+            QVERIFY(msg.lastText().contains(QStringLiteral("wird nicht überschrieben")));
+            QCOMPARE(fileBytes(target), before);
+        }
 
         const QString none = dir.filePath(QStringLiteral("leer.pdf"));
         QCOMPARE(printJobSheetsCommand(*session, {"2026", "40", "--pdf", none}), 1);

@@ -385,6 +385,9 @@ private Q_SLOTS:
         QTest::newRow("missing week") << QStringList{"2016"} << false << 2 << "" << 0;
         QTest::newRow("week not digits") << QStringList{"2016", "1a"} << false << 2 << "" << 0;
         QTest::newRow("year wider than its field") << QStringList{"20160", "10"} << false << 2 << "" << 0;
+        QTest::newRow("empty week") << QStringList{"2016", ""} << false << 2 << "" << 0;
+        QTest::newRow("Arabic-Indic year") << QStringList{QString::fromUtf8("٢٠١٦"), "10"} << false << 2 << "" << 0;
+        QTest::newRow("full-width week") << QStringList{"2016", QString::fromUtf8("１０")} << false << 2 << "" << 0;
         QTest::newRow("question without --yes") << QStringList{"2016", "10"} << false << 1 << "" << 1;
         QTest::newRow("week 53") << QStringList{"2016", "53", "--yes"} << false << 1 << "" << 1;
         QTest::newRow("planned") << QStringList{"2016", "10", "--yes"} << false << 0
