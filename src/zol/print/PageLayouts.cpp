@@ -45,12 +45,7 @@ void rule(PrinterF &p, int zeile)
 // Cuts a text so it fits a width; a master-data value must not run into the next cell.
 QString fit(const PrinterF &p, const QString &text, double width)
 {
-    if (p.TextWidth(text) <= width)
-        return text;
-    QString t = text;
-    while (!t.isEmpty() && p.TextWidth(t) > width)
-        t.chop(1);
-    return t;
+    return text.left(p.metrics().fittingLength(text, width, p.Bold()));
 }
 
 // Whether n more lines from zeile stay above a limit counted from the bottom.

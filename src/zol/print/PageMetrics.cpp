@@ -83,6 +83,17 @@ double PageMetrics::TextWidth(const QString &text, bool bold) const
     return w;
 }
 
+qsizetype PageMetrics::fittingLength(const QString &text, double width, bool bold) const
+{
+    double w = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        w += charWidth(text.at(i), bold);
+        if (w > width)
+            return i;
+    }
+    return text.size();
+}
+
 void renderPage(QPainter &painter, const PageMetrics &metrics, const PrintPage &page)
 {
     int bold = -1;

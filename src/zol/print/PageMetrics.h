@@ -39,6 +39,8 @@ public:
     double ScaleHeight() const { return Height() - 2 * Margin; }
 
     double TextWidth(const QString &text, bool bold = false) const;
+    // The length of the longest start of a text that is at most width wide.
+    qsizetype fittingLength(const QString &text, double width, bool bold = false) const;
     double charWidth(QChar c, bool bold) const;
     // The height of a line of the job's font; reports use TextHeight("O").
     double TextHeight(bool bold = false) const { return m_height[bold]; }

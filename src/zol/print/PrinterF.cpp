@@ -108,11 +108,13 @@ void wrapParagraph(const QString &para, double width, const QString &separators,
     }
     int pos = 0;
     while (rest > width) {
-        int len = n - pos;
-        double cand = rest;
-        while (len > 1 && cand > width) {
-            cand -= w[size_t(pos + len - 1)];
-            --len;
+        // The line is measured from its start, so a long paragraph costs
+        // time in proportion to its length, not to its square.
+        int len = 1;
+        double cand = w[size_t(pos)];
+        while (pos + len < n && cand + w[size_t(pos + len)] <= width) {
+            cand += w[size_t(pos + len)];
+            ++len;
         }
         // A character wider than the whole width still makes a line of its
         // own, so the walk always moves on.

@@ -190,6 +190,25 @@ private Q_SLOTS:
         QCOMPARE(p.store().page(1).items.size(), size_t(k + 1));
     }
 
+    // A value cut to its column keeps every character that fits, also one
+    // exactly as wide as the column, and a very long value is cut as well.
+    void cutToColumn()
+    {
+        start();
+        const PageMetrics &m = p.metrics();
+        const QString text = QStringLiteral("Wälzlagerfett WLF-2000 nach Plan");
+        const double whole = m.TextWidth(text);
+        QCOMPARE(m.fittingLength(text, whole), text.size());
+        QCOMPARE(m.fittingLength(text, whole - 0.01), text.size() - 1);
+        const double five = m.TextWidth(text.left(5));
+        QCOMPARE(m.fittingLength(text, five), qsizetype(5));
+        QCOMPARE(m.fittingLength(text, 0), qsizetype(0));
+        QCOMPARE(m.fittingLength(QString(), 100), qsizetype(0));
+        const QString longText = QStringLiteral("abcdefghij").repeated(20000);
+        const qsizetype fits = m.fittingLength(longText, m.TextWidth(longText.left(150)));
+        QCOMPARE(fits, qsizetype(150));
+    }
+
     void portraitAndLandscape()
     {
         start(1);
