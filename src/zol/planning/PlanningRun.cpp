@@ -7,11 +7,13 @@
 #include <QDate>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QVarLengthArray>
 #include <charconv>
 #include <climits>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace zol {
 
@@ -46,12 +48,14 @@ const char *const planSql =
     " CASE WHEN B.Betriebszustand = 'R' COLLATE BINARY THEN 'R' ELSE 'Z' END,"   // as zol::BetriebszustandXL
     " zol_decimal(B.Planzeit), B.Materialcode, zol_decimal(B.Materialmenge), '', B.Text, 'N', '', '',"
     " B.Intervall, ?, zol_whole(B.AnzahlPersonen), B.Sicherheitshinweis, B.Intervalltyp,"
-    " zol_maintenance_free(A.KeineWartung, A.KeineWartungWocheVon1, A.KeineWartungWocheBis1,"
-    "  A.KeineWartungWocheVon2, A.KeineWartungWocheBis2)"
+    // Most components have no maintenance-free time; only the others ask the rule.
+    " CASE WHEN A.KeineWartung = 'J' COLLATE BINARY THEN zol_maintenance_free(A.KeineWartung,"
+    "  A.KeineWartungWocheVon1, A.KeineWartungWocheBis1, A.KeineWartungWocheVon2, A.KeineWartungWocheBis2)"
+    "  ELSE 'N' END"
     " FROM ProtokollKopf AS A CROSS JOIN ProtokollPositionen AS B"
     " WHERE A.Katalog = '0' AND A.Bezugsjahr <= ? AND B.Intervalltyp = ? AND B.TeNummer = A.FileIndex"
     " AND B.Anweisung <> '0000' AND B.TeNummer <> ''"
-    " AND zol_due(B.rowid, B.Intervall, A.Bezugsjahr, A.BezugsWoche)";
+    " AND zol_due(A.rowid, B.rowid, B.Intervall, A.Bezugsjahr, A.BezugsWoche)";
 
 // Spaces around a stored number are no part of it.
 QByteArrayView trimSpaces(QByteArrayView t)
@@ -69,15 +73,16 @@ QByteArrayView trimSpaces(QByteArrayView t)
 // text holds anything else.
 std::optional<double> storedDecimal(QByteArrayView stored)
 {
-    std::string t(trimSpaces(stored).toByteArray().toStdString());
-    for (char &c : t) {
-        if (c == ',')
-            c = '.';
-        else if (c != '.' && (c < '0' || c > '9'))
+    const QByteArrayView t = trimSpaces(stored);
+    QVarLengthArray<char, 32> number(t.size());
+    for (qsizetype i = 0; i < t.size(); ++i) {
+        const char c = t[i];
+        if (c != ',' && c != '.' && (c < '0' || c > '9'))
             return std::nullopt;
+        number[i] = c == ',' ? '.' : c;
     }
     double v = 0;
-    std::from_chars(t.data(), t.data() + t.size(), v);
+    std::from_chars(number.data(), number.data() + number.size(), v);
     return v;
 }
 
@@ -94,37 +99,40 @@ std::optional<long long> storedWhole(QByteArrayView stored)
     return v;
 }
 
-// The due decision for the rows of one run, taken once for each interval
-// code, reference year and reference week that the rows bring.
+// The due decision for the rows of one run, taken once for each reference
+// year and week and interval code that the rows bring. Rows come component
+// by component, so the decisions of the last reference are kept at hand.
 class DueRows {
 public:
     DueRows(IntervalLookup lookup, int jahr, int woche) : m_lookup(std::move(lookup)), m_jahr(jahr), m_woche(woche) {}
 
     Due decide(QByteArrayView intervall, QByteArrayView bezugsjahr, QByteArrayView bezugsWoche)
     {
-        m_key.assign(intervall.data(), size_t(intervall.size()));
-        m_key += '\x1f';
-        m_key.append(bezugsjahr.data(), size_t(bezugsjahr.size()));
-        m_key += '\x1f';
-        m_key.append(bezugsWoche.data(), size_t(bezugsWoche.size()));
-        const auto known = m_decided.find(m_key);
-        if (known != m_decided.end())
-            return known->second;
+        if (!m_current || bezugsjahr != QByteArrayView(m_currentJahr) || bezugsWoche != QByteArrayView(m_currentWoche)) {
+            m_currentJahr.assign(bezugsjahr.data(), size_t(bezugsjahr.size()));
+            m_currentWoche.assign(bezugsWoche.data(), size_t(bezugsWoche.size()));
+            m_current = &m_byBezug[m_currentJahr + '\x1f' + m_currentWoche];
+        }
+        for (const auto &[code, due] : *m_current)
+            if (intervall == QByteArrayView(code))
+                return due;
         const QString code = QString::fromUtf8(intervall);
         const IntervalLookup::Interval *interval = code.isEmpty() ? nullptr : m_lookup.interval(code);
         // An unknown or missing interval code is skipped without a word.
         const Due due = interval ? isDue(m_lookup, code, *interval, m_jahr, m_woche,
                                          Bezug::of(QString::fromUtf8(bezugsjahr), QString::fromUtf8(bezugsWoche)))
                                  : Due::No;
-        m_decided.emplace(m_key, due);
+        m_current->emplace_back(intervall.toByteArray().toStdString(), due);
         return due;
     }
 
 private:
+    using Decisions = std::vector<std::pair<std::string, Due>>;   // by interval code, a handful
     IntervalLookup m_lookup;
     int m_jahr, m_woche;
-    std::string m_key;
-    std::unordered_map<std::string, Due> m_decided;
+    std::unordered_map<std::string, Decisions> m_byBezug;
+    Decisions *m_current = nullptr;   // of the last reference year and week
+    std::string m_currentJahr, m_currentWoche;
 };
 
 Fault sqlFault(const QSqlQuery &q)
@@ -296,26 +304,28 @@ int PlanningRun::plan(int jahr, int woche, const QString &jahrText, const QStrin
         exec(db, QStringLiteral("DELETE FROM Auftrag WHERE Jahr = ? AND Woche = ?"), {jahrText, wocheText});
     }
 
-    // Progress counts the instruction rows read.
-    const int total = scalar(db, QStringLiteral("SELECT count(*) FROM ProtokollPositionen"
-                                                " WHERE Intervalltyp = ? AND Anweisung <> '0000'"), {typ}).toInt();
+    // Progress follows the components read: the outer loop takes them in the
+    // order of their rowid, and the highest one is known at once.
+    const int total = scalar(db, QStringLiteral("SELECT max(rowid) FROM ProtokollKopf")).toInt();
     progress(0, total);
     status(statusPlanning(jahrText, wocheText));
 
     std::optional<FaultyRow> faulty;
     qint64 lastDueRow = 0;   // a due row's numbers are read right after its decision
     const int step = std::max(1, total / 200);
-    int done = 0;
+    int shown = 0;
 
     DueRows dueRows(IntervalLookup::load(db), jahr, woche);
-    const SqlFunction due(db, "zol_due", 4, [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
-        if (++done % step == 0)
-            progress(done, total);
-        const Due d = dueRows.decide(a.bytes(1), a.bytes(2), a.bytes(3));
+    const SqlFunction due(db, "zol_due", 5, [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
+        if (const int component = int(a.integer(0)); component >= shown + step) {
+            shown = component;
+            progress(std::min(shown, total), total);
+        }
+        const Due d = dueRows.decide(a.bytes(2), a.bytes(3), a.bytes(4));
         if (d == Due::Yes)
-            lastDueRow = a.integer(0);
+            lastDueRow = a.integer(1);
         if (d != Due::Yes && d != Due::No) {
-            faulty = FaultyRow{d, a.integer(0), a.text(2), a.text(3)};
+            faulty = FaultyRow{d, a.integer(1), a.text(3), a.text(4)};
             out.setError(QStringLiteral("Fälligkeit nicht entscheidbar"));
             return;
         }
@@ -336,9 +346,7 @@ int PlanningRun::plan(int jahr, int woche, const QString &jahrText, const QStrin
     });
     const SqlFunction maintenanceFree(db, "zol_maintenance_free", 5,
                                       [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
-        // Most components have no maintenance-free time: decided without a copy of its fields.
-        const bool free = a.bytes(0) == QByteArrayView("J")
-            && inKeineWartung({a.text(0), a.text(1), a.text(2), a.text(3), a.text(4)}, wocheText);
+        const bool free = inKeineWartung({a.text(0), a.text(1), a.text(2), a.text(3), a.text(4)}, wocheText);
         out.setText(free ? QByteArrayView("J") : QByteArrayView("N"));
     });
 
