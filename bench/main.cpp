@@ -35,6 +35,7 @@ int main(int argc, char **argv)
     int repeat = 3;   // runs of the planning and its floor, the best of each counts
     bool scale = false;
     bool planOnly = false;   // the planning figures alone
+    bool generateOnly = false;   // make the plant (--data) and stop
     const QStringList args = app.arguments();
     for (int i = 1; i < args.size(); ++i) {
         const QString a = args.at(i);
@@ -57,9 +58,11 @@ int main(int argc, char **argv)
             scale = true;
         else if (a == QLatin1String("--plan-only"))
             planOnly = true;
+        else if (a == QLatin1String("--generate-only"))
+            generateOnly = true;
         else {
             std::fprintf(stderr, "Aufruf: zolbench [--components N] [--lines M] [--year JJJJ] [--week WW] [--gewerk T]"
-                                 " [--data DIR] [--repeat N] [--scale] [--plan-only]\n");
+                                 " [--data DIR] [--repeat N] [--scale] [--plan-only] [--generate-only]\n");
             return 2;
         }
     }
@@ -86,6 +89,8 @@ int main(int argc, char **argv)
         figure("plant_lines", stats.lines, "rows", 0);
     }
     const QSqlDatabase db = database.connection();
+    if (generateOnly)
+        return 0;
 
     zol::Session session(database);
     session.login().UserName = QStringLiteral("Admin");
