@@ -277,14 +277,17 @@ int runScaleBench(const QString &jahr, const QString &woche, const QList<int> &s
         session.login().Level = QStringLiteral("Administrator");
         session.login().LoginSucceeded = true;
         int rows = 0;
+        double cpu = 0;
         planByRun(session, jahr, woche, &rows);   // the week planned once, so the timed run replaces it
-        const double s = planByRun(session, jahr, woche, &rows);
+        const double s = planByRun(session, jahr, woche, &rows, &cpu);
         if (s < 0)
             return 3;
         const QByteArray name = "scale_" + QByteArray::number(components);
         figure(name + "_plan_s", s, "s");
+        figure(name + "_plan_cpu_s", cpu, "s");
         figure(name + "_rows", rows, "rows", 0);
         figure(name + "_s_per_1000_rows", rows ? s * 1000 / rows : 0, "s", 4);
+        figure(name + "_cpu_s_per_1000_rows", rows ? cpu * 1000 / rows : 0, "s", 4);
     }
     return 0;
 }
