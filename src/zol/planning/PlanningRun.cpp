@@ -32,6 +32,8 @@ constexpr int FaultDivisionByZero = 11;
 // rules, called by the statement as functions. The components are the outer
 // loop: their instructions are found through the index that starts with the
 // kind, and an instruction row is read from the table only when it is due.
+// zol_due stands last: SQLite tests the other terms in the order written, so head rows and
+// catalog components never reach the decision (nor its faults).
 const char *const anyRowSql =
     "SELECT 1 FROM ProtokollKopf AS A, ProtokollPositionen AS B"
     " WHERE B.Intervalltyp = ? AND B.Anweisung <> '0000' AND A.Bezugsjahr <= ? AND A.Katalog = '0'"
