@@ -13,6 +13,11 @@ inline void figure(const char *name, double value, const char *unit, int decimal
     std::fflush(stdout);
 }
 
+inline void figure(const QByteArray &name, double value, const char *unit, int decimals = 3)
+{
+    figure(name.constData(), value, unit, decimals);
+}
+
 // CPU time of the process: the machine may be shared, wall time alone misleads.
 inline double cpuSeconds()
 {

@@ -72,7 +72,8 @@ def main():
         os.makedirs(base)
         os.makedirs(data)
         subprocess.run([os.path.join(a.build, "zolbench"), "--components", str(a.components), "--lines",
-                        str(a.lines), "--data", base], check=True, stdout=subprocess.DEVNULL, env=env)
+                        str(a.lines), "--data", base, "--generate-only"], check=True, stdout=subprocess.DEVNULL,
+                       env=env)
         # The week starts unplanned, so that "old" and "new" differ.
         con = sqlite3.connect(os.path.join(base, "ZOL.db"))
         con.execute("DELETE FROM Auftrag WHERE Jahr = ? AND Woche = ?", (YEAR, WEEK))

@@ -226,7 +226,10 @@ QStringList OutputFile::leftovers(const QString &target)
     const QFileInfo fi(QDir::cleanPath(QDir().absoluteFilePath(target)));
     QStringList found;
     const QDir dir = fi.dir();
-    const QStringList names = dir.entryList({temporaryPrefix(fi.fileName()) + QStringLiteral("??????")},
+    // A database written under the temporary name may leave its journal beside it.
+    const QString temporary = temporaryPrefix(fi.fileName()) + QStringLiteral("??????");
+    const QStringList names = dir.entryList({temporary, temporary + QStringLiteral("-journal"),
+                                             temporary + QStringLiteral("-wal"), temporary + QStringLiteral("-shm")},
                                             QDir::Files | QDir::Hidden | QDir::System | QDir::CaseSensitive);
     for (const QString &n : names)
         found << dir.filePath(n);

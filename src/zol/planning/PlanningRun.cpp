@@ -3,9 +3,16 @@
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Sql.h"
+#include "zol/core/SqlFunction.h"
 #include <QDate>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QVarLengthArray>
+#include <charconv>
+#include <climits>
+#include <optional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace zol {
@@ -16,96 +23,125 @@ namespace {
 constexpr int FaultTypeMismatch = 13;
 constexpr int FaultDivisionByZero = 11;
 
-// The run reads two streams in the order of the component key and joins them
-// itself: the components of the plant (Katalog 0) whose reference year has
-// been reached, and the instruction rows (head rows "0000" are object titles)
-// of the kind planned, read from their index alone. The bulk of a due row is
-// copied by the INSERT inside the database, so its texts never travel
-// through the program.
-const char *const componentsSql =
-    "SELECT FileIndex, Bezugsjahr, BezugsWoche, KeineWartung, KeineWartungWocheVon1, KeineWartungWocheBis1,"
-    " KeineWartungWocheVon2, KeineWartungWocheBis2 FROM ProtokollKopf"
-    " WHERE Katalog = '0' AND Bezugsjahr <= ? ORDER BY FileIndex";
-enum CompCol { kFileIndex, kBezugsjahr, kBezugsWoche, kKeineWartung, kVon1, kBis1, kVon2, kBis2 };
-
-const char *const positionsWhere = " FROM ProtokollPositionen WHERE Intervalltyp = ? AND Anweisung <> '0000'";
-enum PosCol { cRowId, cTeNummer, cIntervall };
-
+// The run is one statement: the database joins the plant's components
+// (Katalog 0, reference year reached) to their instructions of the kind
+// planned (head rows "0000" are object titles), in its own key order and by
+// its own key comparison, and writes each due row where it reads it, so the
+// texts of a row never travel through the program. The due decision, the
+// maintenance-free mark and the reading of the numbers stay the program's own
+// rules, called by the statement as functions. The components are the outer
+// loop: their instructions are found through the index that starts with the
+// kind, and an instruction row is read from the table only when it is due.
+// zol_due stands last: SQLite tests the other terms in the order written, so head rows and
+// catalog components never reach the decision (nor its faults).
 const char *const anyRowSql =
     "SELECT 1 FROM ProtokollKopf AS A, ProtokollPositionen AS B"
     " WHERE B.Intervalltyp = ? AND B.Anweisung <> '0000' AND A.Bezugsjahr <= ? AND A.Katalog = '0'"
     " AND A.FileIndex = B.TeNummer LIMIT 1";
 
-// Auftrag rows from due instructions, the fields in the order the run fills
-// them (BetriebszustandXL by the rule of zol::BetriebszustandXL, upper-case R only); a batch of rows per statement (unused places hold NULL, which
-// matches no row). Numbers are stored with a decimal comma in the
-// instruction; a row whose numbers aren't numbers is not written, and the
-// run faults on it.
-constexpr int BatchSize = 64;
-enum Param { pJahr, pWoche, pDatum, pKeineWartung, pFirstRowId };
-QString insertSql()
+enum Param { pJahr, pWoche, pDatum, pBezugsjahrBis, pTyp };
+const char *const planSql =
+    "INSERT INTO Auftrag (TeIndex, Jahr, Woche, Objekt, Anweisung, WIVerantwortlicher, Ausfuehrender,"
+    " Kostenstelle, Lokalisierung, Option1, KompBezeichnung, Betriebszustand, BetriebszustandXL, PlanZeit,"
+    " Materialcode, Materialmenge, Bemerkung, Text, \"Rückmeldung\", Befund, Verbal, Intervall, Datum,"
+    " AnzahlPersonen, SicherheitsHinweis, IntervallTyp, KeineWartung)"
+    " SELECT B.TeNummer, ?, ?, B.Objekt, B.Anweisung, A.WIVerantwortlicher, B.Ausfuehrender,"
+    " A.Kostenstelle, A.Lokalisierung, A.Option1, A.Text, B.Betriebszustand,"
+    " CASE WHEN B.Betriebszustand = 'R' COLLATE BINARY THEN 'R' ELSE 'Z' END,"   // as zol::BetriebszustandXL
+    " zol_decimal(B.Planzeit), B.Materialcode, zol_decimal(B.Materialmenge), '', B.Text, 'N', '', '',"
+    " B.Intervall, ?, zol_whole(B.AnzahlPersonen), B.Sicherheitshinweis, B.Intervalltyp,"
+    // Most components have no maintenance-free time; only the others ask the rule.
+    " CASE WHEN A.KeineWartung = 'J' COLLATE BINARY THEN zol_maintenance_free(A.KeineWartung,"
+    "  A.KeineWartungWocheVon1, A.KeineWartungWocheBis1, A.KeineWartungWocheVon2, A.KeineWartungWocheBis2)"
+    "  ELSE 'N' END"
+    " FROM ProtokollKopf AS A CROSS JOIN ProtokollPositionen AS B"
+    " WHERE A.Katalog = '0' AND A.Bezugsjahr <= ? AND B.Intervalltyp = ? AND B.TeNummer = A.FileIndex"
+    " AND B.Anweisung <> '0000' AND B.TeNummer <> ''"
+    " AND zol_due(A.rowid, B.rowid, B.Intervall, A.Bezugsjahr, A.BezugsWoche)";
+
+// Spaces around a stored number are no part of it.
+QByteArrayView trimSpaces(QByteArrayView t)
 {
-    QString marks;
-    for (int i = 0; i < BatchSize; ++i)
-        marks += i ? QStringLiteral(",?") : QStringLiteral("?");
-    return QStringLiteral(
-        "INSERT INTO Auftrag (TeIndex, Jahr, Woche, Objekt, Anweisung, WIVerantwortlicher, Ausfuehrender,"
-        " Kostenstelle, Lokalisierung, Option1, KompBezeichnung, Betriebszustand, BetriebszustandXL, PlanZeit,"
-        " Materialcode, Materialmenge, Bemerkung, Text, \"Rückmeldung\", Befund, Verbal, Intervall, Datum,"
-        " AnzahlPersonen, SicherheitsHinweis, IntervallTyp, KeineWartung)"
-        " SELECT B.TeNummer, ?, ?, B.Objekt, B.Anweisung, A.WIVerantwortlicher, B.Ausfuehrender,"
-        " A.Kostenstelle, A.Lokalisierung, A.Option1, A.Text, B.Betriebszustand,"
-        " CASE WHEN B.Betriebszustand = 'R' COLLATE BINARY THEN 'R' ELSE 'Z' END,"
-        " CAST(replace(trim(B.Planzeit), ',', '.') AS REAL), B.Materialcode,"
-        " CAST(replace(trim(B.Materialmenge), ',', '.') AS REAL), '', B.Text, 'N', '', '', B.Intervall, ?,"
-        " CAST(trim(B.AnzahlPersonen) AS INTEGER), B.Sicherheitshinweis, B.Intervalltyp, ?"
-        " FROM ProtokollPositionen AS B, ProtokollKopf AS A WHERE B.rowid IN (")
-        + marks
-        + QStringLiteral(") AND A.FileIndex = B.TeNummer"
-                         " AND trim(B.Planzeit) NOT GLOB '*[^0-9,.]*' AND trim(B.Materialmenge) NOT GLOB '*[^0-9,.]*'"
-                         " AND trim(B.AnzahlPersonen) NOT GLOB '*[^0-9]*'");
+    while (!t.isEmpty() && t.front() == ' ')
+        t = t.sliced(1);
+    while (!t.isEmpty() && t.back() == ' ')
+        t.chop(1);
+    return t;
 }
 
-// Due rows waiting to be written; they share the maintenance-free mark.
-struct Pending {
-    QVariant rowId;
-    QString teNummer, intervall;
-};
-
-// The order of the key columns (COLLATE NOCASE: ASCII letters fold).
-int compareKeys(const QString &a, const QString &b)
+// Numbers are stored as text in the instruction, with a decimal comma
+// ("1,5"; a point is taken too): digits and marks only, the empty text is 0,
+// the value is what its leading digits and first mark say. Nothing when the
+// text holds anything else.
+std::optional<double> storedDecimal(QByteArrayView stored)
 {
-    const qsizetype n = std::min(a.size(), b.size());
-    for (qsizetype i = 0; i < n; ++i) {
-        char16_t x = a.at(i).unicode(), y = b.at(i).unicode();
-        if (x >= u'A' && x <= u'Z')
-            x += 32;
-        if (y >= u'A' && y <= u'Z')
-            y += 32;
-        if (x != y)
-            return x < y ? -1 : 1;
+    const QByteArrayView t = trimSpaces(stored);
+    QVarLengthArray<char, 32> number(t.size());
+    for (qsizetype i = 0; i < t.size(); ++i) {
+        const char c = t[i];
+        if (c != ',' && c != '.' && (c < '0' || c > '9'))
+            return std::nullopt;
+        number[i] = c == ',' ? '.' : c;
     }
-    return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+    double v = 0;
+    std::from_chars(number.data(), number.data() + number.size(), v);
+    return v;
 }
+
+// A stored whole number: digits only, the empty text is 0.
+std::optional<long long> storedWhole(QByteArrayView stored)
+{
+    const QByteArrayView t = trimSpaces(stored);
+    long long v = 0;
+    for (char c : t) {
+        if (c < '0' || c > '9')
+            return std::nullopt;
+        v = v > (LLONG_MAX - 9) / 10 ? LLONG_MAX : v * 10 + (c - '0');
+    }
+    return v;
+}
+
+// The due decision for the rows of one run, taken once for each reference
+// year and week and interval code that the rows bring. Rows come component
+// by component, so the decisions of the last reference are kept at hand.
+class DueRows {
+public:
+    DueRows(IntervalLookup lookup, int jahr, int woche) : m_lookup(std::move(lookup)), m_jahr(jahr), m_woche(woche) {}
+
+    Due decide(QByteArrayView intervall, QByteArrayView bezugsjahr, QByteArrayView bezugsWoche)
+    {
+        if (!m_current || bezugsjahr != QByteArrayView(m_currentJahr) || bezugsWoche != QByteArrayView(m_currentWoche)) {
+            m_currentJahr.assign(bezugsjahr.data(), size_t(bezugsjahr.size()));
+            m_currentWoche.assign(bezugsWoche.data(), size_t(bezugsWoche.size()));
+            m_current = &m_byBezug[m_currentJahr + '\x1f' + m_currentWoche];
+        }
+        for (const auto &[code, due] : *m_current)
+            if (intervall == QByteArrayView(code))
+                return due;
+        const QString code = QString::fromUtf8(intervall);
+        const IntervalLookup::Interval *interval = code.isEmpty() ? nullptr : m_lookup.interval(code);
+        // An unknown or missing interval code is skipped without a word.
+        const Due due = interval ? isDue(m_lookup, code, *interval, m_jahr, m_woche,
+                                         Bezug::of(QString::fromUtf8(bezugsjahr), QString::fromUtf8(bezugsWoche)))
+                                 : Due::No;
+        m_current->emplace_back(intervall.toByteArray().toStdString(), due);
+        return due;
+    }
+
+private:
+    using Decisions = std::vector<std::pair<std::string, Due>>;   // by interval code, a handful
+    IntervalLookup m_lookup;
+    int m_jahr, m_woche;
+    std::unordered_map<std::string, Decisions> m_byBezug;
+    Decisions *m_current = nullptr;   // of the last reference year and week
+    std::string m_currentJahr, m_currentWoche;
+};
 
 Fault sqlFault(const QSqlQuery &q)
 {
     const QSqlError e = q.lastError();
     return faultFromSqlError(e.databaseText().isEmpty() ? e.text() : e.databaseText(), e.nativeErrorCode(),
                              q.lastQuery());
-}
-
-QSqlQuery stream(const QSqlDatabase &db, const QString &sql, const QVariantList &values)
-{
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        throw sqlFault(q);
-    for (const QVariant &v : values)
-        q.addBindValue(v);
-    if (!q.exec())
-        throw sqlFault(q);
-    return q;
 }
 
 // A fault in one row: the component and the interval it happened at.
@@ -121,6 +157,36 @@ RowFault rowFault(const QSqlDatabase &db, int number, const QString &description
         scalar(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileIndex = ?"), {teNummer}).toString();
     return {Fault(number, description),
             QStringLiteral("Komponente %1 '%2', Intervall '%3'").arg(teNummer, name, intervall) + detail};
+}
+
+// The row a rule found fault with, named once the statement has ended.
+struct FaultyRow {
+    Due due = Due::No;   // the decision's fault; No: a number of the row is no number
+    qint64 rowId = 0;    // of ProtokollPositionen
+    QString bezugsjahr, bezugsWoche;
+};
+
+RowFault faultOf(const QSqlDatabase &db, const FaultyRow &f)
+{
+    QSqlQuery q = exec(db, QStringLiteral("SELECT TeNummer, Intervall FROM ProtokollPositionen WHERE rowid = ?"),
+                       {f.rowId});
+    q.next();
+    const QString te = q.value(0).toString(), code = q.value(1).toString();
+    switch (f.due) {
+    case Due::FaultBezugsjahr:
+        return rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), te, code,
+                        QStringLiteral(", Bezugsjahr '%1'").arg(f.bezugsjahr));
+    case Due::FaultBezugsWoche:
+        return rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), te, code,
+                        QStringLiteral(", Bezugswoche '%1'").arg(f.bezugsWoche));
+    case Due::FaultAbstand:
+        return rowFault(db, FaultDivisionByZero, QStringLiteral("Division durch Null"), te, code,
+                        QStringLiteral(", Abstand 0 und keine Zeile in IVA für Bezugswoche '%1'")
+                            .arg(formatWoche(f.bezugsWoche)));
+    default:
+        return rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), te, code,
+                        QStringLiteral(": Planzeit, Materialmenge oder AnzahlPersonen ist keine Zahl"));
+    }
 }
 
 }   // namespace
@@ -240,110 +306,69 @@ int PlanningRun::plan(int jahr, int woche, const QString &jahrText, const QStrin
         exec(db, QStringLiteral("DELETE FROM Auftrag WHERE Jahr = ? AND Woche = ?"), {jahrText, wocheText});
     }
 
-    // Progress counts the instruction rows read.
-    const int total = scalar(db, QStringLiteral("SELECT count(*)") + QLatin1String(positionsWhere), {typ}).toInt();
+    // Progress follows the components read: the outer loop takes them in the
+    // order of their rowid, and the highest one is known at once.
+    const int total = scalar(db, QStringLiteral("SELECT max(rowid) FROM ProtokollKopf")).toInt();
     progress(0, total);
     status(statusPlanning(jahrText, wocheText));
 
-    const IntervalLookup lookup = IntervalLookup::load(db);
-    Statement insert(db, insertSql());
-    QSqlQuery &ins = insert.query();
-    // Values that are the same for every row of the run are bound once.
-    ins.bindValue(pJahr, jahrText);
-    ins.bindValue(pWoche, wocheText);
-    ins.bindValue(pDatum, QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
-    std::vector<Pending> pending;
-    pending.reserve(BatchSize);
-    int count = 0;
-    QString pendingMark;
-    auto flush = [&] {
-        if (pending.empty())
-            return;
-        ins.bindValue(pKeineWartung, pendingMark);
-        for (int i = 0; i < BatchSize; ++i)
-            ins.bindValue(pFirstRowId + i, i < int(pending.size()) ? pending[i].rowId : QVariant());
-        const int written = insert.run().numRowsAffected();
-        if (written != int(pending.size())) {
-            // A row was left out by the number check: name the first such row.
-            for (const Pending &p : pending)
-                if (!scalar(db, QStringLiteral("SELECT 1 FROM ProtokollPositionen WHERE rowid = ?"
-                                               " AND trim(Planzeit) NOT GLOB '*[^0-9,.]*'"
-                                               " AND trim(Materialmenge) NOT GLOB '*[^0-9,.]*'"
-                                               " AND trim(AnzahlPersonen) NOT GLOB '*[^0-9]*'"),
-                            {p.rowId}).isValid())
-                    throw rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), p.teNummer,
-                                   p.intervall,
-                                   QStringLiteral(": Planzeit, Materialmenge oder AnzahlPersonen ist keine Zahl"));
-            throw Fault(FaultNo::General, QStringLiteral("Zeilen konnten nicht geschrieben werden"));
-        }
-        count += written;
-        pending.clear();
-    };
-
-    QSqlQuery components = stream(db, QString::fromUtf8(componentsSql), {jahrText});
-    QSqlQuery positions = stream(db, QStringLiteral("SELECT rowid, TeNummer, Intervall") + QLatin1String(positionsWhere)
-                                         + QStringLiteral(" ORDER BY TeNummer"), {typ});
-    bool componentsLeft = components.next();
-    QString componentKey = componentsLeft ? components.value(kFileIndex).toString() : QString();
-
+    std::optional<FaultyRow> faulty;
+    qint64 lastDueRow = 0;   // a due row's numbers are read right after its decision
     const int step = std::max(1, total / 200);
-    int done = 0;
-    QString teNummer;       // the component of the rows being read
-    bool inPlant = false;   // it is a plant component whose reference year has come
-    QString mark;           // its maintenance-free mark in the planned week
-    Bezug bezug;
-    while (positions.next()) {
-        const QString te = positions.value(cTeNummer).toString();
-        if (te != teNummer) {
-            // Next component: catch up in the component stream, read its fields once.
-            teNummer = te;
-            while (componentsLeft && compareKeys(componentKey, te) < 0) {
-                componentsLeft = components.next();
-                componentKey = componentsLeft ? components.value(kFileIndex).toString() : QString();
-            }
-            inPlant = componentsLeft && compareKeys(componentKey, te) == 0 && !te.isEmpty();
-            if (inPlant) {
-                bezug = Bezug::of(components.value(kBezugsjahr).toString(), components.value(kBezugsWoche).toString());
-                const KeineWartungFelder kw{components.value(kKeineWartung).toString(),
-                                            components.value(kVon1).toString(), components.value(kBis1).toString(),
-                                            components.value(kVon2).toString(), components.value(kBis2).toString()};
-                mark = inKeineWartung(kw, wocheText) ? QStringLiteral("J") : QStringLiteral("N");
-            }
-        }
-        if (++done % step == 0)
-            progress(done, total);
-        if (!inPlant)
-            continue;
+    int shown = 0;
 
-        const QString code = positions.value(cIntervall).toString();
-        const IntervalLookup::Interval *interval = code.isEmpty() ? nullptr : lookup.interval(code);
-        if (!interval)
-            continue;   // an unknown or missing interval code is skipped without a word
-        switch (isDue(lookup, code, *interval, jahr, woche, bezug)) {
-        case Due::No:
-            break;
-        case Due::FaultBezugsjahr:
-            throw rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), te, code,
-                           QStringLiteral(", Bezugsjahr '%1'").arg(components.value(kBezugsjahr).toString()));
-        case Due::FaultBezugsWoche:
-            throw rowFault(db, FaultTypeMismatch, QStringLiteral("Typen unverträglich"), te, code,
-                           QStringLiteral(", Bezugswoche '%1'").arg(components.value(kBezugsWoche).toString()));
-        case Due::FaultAbstand:
-            throw rowFault(db, FaultDivisionByZero, QStringLiteral("Division durch Null"), te, code,
-                           QStringLiteral(", Abstand 0 und keine Zeile in IVA für Bezugswoche '%1'").arg(bezug.wocheText));
-        case Due::Yes:
-            if (mark != pendingMark || int(pending.size()) == BatchSize)
-                flush();
-            pendingMark = mark;
-            pending.push_back({positions.value(cRowId), te, code});
-            break;
+    DueRows dueRows(IntervalLookup::load(db), jahr, woche);
+    const SqlFunction due(db, "zol_due", 5, [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
+        if (const int component = int(a.integer(0)); component >= shown + step) {
+            shown = component;
+            progress(std::min(shown, total), total);
         }
+        const Due d = dueRows.decide(a.bytes(2), a.bytes(3), a.bytes(4));
+        if (d == Due::Yes)
+            lastDueRow = a.integer(1);
+        if (d != Due::Yes && d != Due::No) {
+            faulty = FaultyRow{d, a.integer(1), a.text(3), a.text(4)};
+            out.setError(QStringLiteral("Fälligkeit nicht entscheidbar"));
+            return;
+        }
+        out.setInteger(d == Due::Yes);
+    });
+    const QString notANumber = QStringLiteral("Keine Zahl");
+    const SqlFunction decimal(db, "zol_decimal", 1, [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
+        if (const std::optional<double> v = storedDecimal(a.bytes(0)))
+            return out.setDouble(*v);
+        faulty = FaultyRow{Due::No, lastDueRow, {}, {}};
+        out.setError(notANumber);
+    });
+    const SqlFunction whole(db, "zol_whole", 1, [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
+        if (const std::optional<long long> v = storedWhole(a.bytes(0)))
+            return out.setInteger(*v);
+        faulty = FaultyRow{Due::No, lastDueRow, {}, {}};
+        out.setError(notANumber);
+    });
+    const SqlFunction maintenanceFree(db, "zol_maintenance_free", 5,
+                                      [&](const SqlFunction::Args &a, SqlFunction::Result &out) {
+        const bool free = inKeineWartung({a.text(0), a.text(1), a.text(2), a.text(3), a.text(4)}, wocheText);
+        out.setText(free ? QByteArrayView("J") : QByteArrayView("N"));
+    });
+
+    int count = 0;
+    {
+        QSqlQuery q(db);
+        if (!q.prepare(QString::fromUtf8(planSql)))
+            throw sqlFault(q);
+        q.bindValue(pJahr, jahrText);
+        q.bindValue(pWoche, wocheText);
+        q.bindValue(pDatum, QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
+        q.bindValue(pBezugsjahrBis, jahrText);
+        q.bindValue(pTyp, typ);
+        if (!q.exec()) {
+            if (faulty)
+                throw faultOf(db, *faulty);
+            throw sqlFault(q);
+        }
+        count = q.numRowsAffected();
     }
-    flush();
-    if (positions.lastError().isValid())
-        throw sqlFault(positions);
-    positions.finish();
-    components.finish();
 
     tx.commit();
     r.outcome = PlanResult::Outcome::Planned;

@@ -210,10 +210,12 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QDir d(dir.path());
+        // A database written under the temporary name leaves its journal too.
         for (const char *name : {"ZOL_202610.db.tmp-a1b2c3", "ZOL_202611.db.tmp-XyZ123", "ZOL.db.tmp-000000",
-                                 "ZOL_202611.db", "ZOL_202611.db.tmp-toolong1", "bericht.pdf.tmp-abcdef"})
+                                 "ZOL_202611.db.tmp-XyZ123-journal", "ZOL_202611.db", "ZOL_202611.db.tmp-toolong1",
+                                 "bericht.pdf.tmp-abcdef"})
             QVERIFY(writeFile(d.filePath(QLatin1String(name)), "x"));
-        QCOMPARE(OutputFile::leftovers(d.filePath(QStringLiteral("ZOL_??????.db"))).size(), 2);
+        QCOMPARE(OutputFile::leftovers(d.filePath(QStringLiteral("ZOL_??????.db"))).size(), 3);
         OutputFile::removeLeftovers(d.filePath(QStringLiteral("ZOL_??????.db")));
         QCOMPARE(othersIn(dir.path()),
                  (QStringList{"bericht.pdf.tmp-abcdef", "ZOL_202611.db", "ZOL_202611.db.tmp-toolong1"}));

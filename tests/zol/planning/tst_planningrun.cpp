@@ -289,6 +289,49 @@ private Q_SLOTS:
         QCOMPARE(countRows(db, QStringLiteral("Auftrag"), QStringLiteral("Woche = '11'")), 1);   // other weeks stay
     }
 
+    // Keys are whatever an import brought in: every due component is planned,
+    // whichever order its key takes among the others and whatever the case of
+    // the instruction's copy of it.
+    void plansEveryKey_data()
+    {
+        QTest::addColumn<QStringList>("componentKeys");
+        QTest::addColumn<QStringList>("positionKeys");
+        const QString fullWidthA = QString::fromUtf8("\uFF21");    // last plane-0 block, UTF-8 EF BC A1
+        const QString emoji = QString::fromUtf8("\U0001F600");   // surrogate pair, UTF-8 F0 9F 98 80
+        const QString privateUse = QString::fromUtf8("\uE000");
+        const QString plane1 = QString::fromUtf8("\U00010000");
+        QTest::newRow("above the basic plane after U+FFxx")
+            << QStringList{fullWidthA + "000000001", emoji + "00000002", key(3)}
+            << QStringList{fullWidthA + "000000001", emoji + "00000002", key(3)};
+        QTest::newRow("above the basic plane after U+E000")
+            << QStringList{"K" + plane1 + "0000001", "K" + privateUse + "0000002", "K" + plane1 + "0000003"}
+            << QStringList{"K" + plane1 + "0000001", "K" + privateUse + "0000002", "K" + plane1 + "0000003"};
+        QTest::newRow("umlauts and case")
+            << QStringList{"Ä000000001", "ä000000002", "abc0000003", "[000000004"}
+            << QStringList{"Ä000000001", "ä000000002", "ABC0000003", "[000000004"};
+    }
+    void plansEveryKey()
+    {
+        QFETCH(QStringList, componentKeys);
+        QFETCH(QStringList, positionKeys);
+        TempData d;
+        const QSqlDatabase db = d.sql();
+        for (int i = 0; i < componentKeys.size(); ++i) {
+            addComponent(db, {componentKeys.at(i)});
+            addPosition(db, positionKeys.at(i), QStringLiteral("000010"), QStringLiteral("0010"), QStringLiteral("1W"),
+                        QStringLiteral("L"));
+        }
+        std::unique_ptr<Session> s(makeSession(d, QStringLiteral("Administrator")));
+        ScriptedPresenter p;
+        p.answer(Answer::Yes);
+        const PlanResult r = PlanningRun(*s).run(QStringLiteral("2016"), QStringLiteral("10"));
+        QCOMPARE(int(r.outcome), int(PlanResult::Outcome::Planned));
+        QCOMPARE(r.count, positionKeys.size());
+        for (const QString &k : positionKeys)
+            QVERIFY2(countRows(db, QStringLiteral("Auftrag"), QStringLiteral("TeIndex = ? COLLATE BINARY"), {k}) == 1,
+                     qPrintable(k));
+    }
+
     void noOrdersKeepsOldPlan()
     {
         TempData d;
