@@ -205,6 +205,17 @@ private Q_SLOTS:
         QCOMPARE(asked, 3);
         QCOMPARE(p.texts(), QStringList(2, QStringLiteral("Das Gewerk muß angegeben werden")));
         QCOMPARE(storedOf(d, QStringLiteral("Level"), QStringLiteral("Hans")), QStringLiteral("Werker(Elektro)"));
+
+        // "Werker(...)" must fit the 50 characters of Level: a trade of 42 does, 43 don't.
+        p.clear();
+        asked = 0;
+        const QString longest(42, QLatin1Char('G'));
+        QVERIFY(newUser(s, QStringLiteral("Grete"), QString(), QStringLiteral("Werker"),
+                        tradeAnswers({longest + QLatin1Char('G'), longest}, &asked)).written);
+        QCOMPARE(asked, 2);
+        QCOMPARE(p.texts(), QStringList{QStringLiteral("Das Gewerk darf höchstens 42 Zeichen lang sein")});
+        QCOMPARE(p.lastStyle(), Style::Exclamation);
+        QCOMPARE(storedOf(d, QStringLiteral("Level"), QStringLiteral("Grete")), QStringLiteral("Werker(%1)").arg(longest));
         QCOMPARE(comboLevel(QStringLiteral("Werker(Elektro)")), QStringLiteral("Werker"));
 
         // Cancel in the input box ends the command without a row.

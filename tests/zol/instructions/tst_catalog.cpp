@@ -391,6 +391,9 @@ private Q_SLOTS:
         const CatalogRow r = *f.cat.row(f.key["M6"]);
         QCOMPARE(r.Text, QStringLiteral("M6"));
         QCOMPARE(r.further, QStringList{"O'Brien Stahl"});
+        const QString fills(props->at(0).size, QLatin1Char('y'));   // exactly as long as the field
+        QVERIFY(f.cat.saveEigenschaften(f.key["M6"], {fills, QStringLiteral("O'Brien Stahl")}));
+        QCOMPARE(f.cat.row(f.key["M6"])->Text, fills);
         QVERIFY(f.cat.saveEigenschaften(f.key["M6"], {QStringLiteral("M6 neu"), QString()}));
         QCOMPARE(f.cat.row(f.key["M6"])->Text, QStringLiteral("M6 neu"));
         QVERIFY(!f.cat.saveEigenschaften(QStringLiteral("0000009999"), {QStringLiteral("x"), QString()}));

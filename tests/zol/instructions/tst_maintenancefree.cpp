@@ -68,6 +68,11 @@ private Q_SLOTS:
         QCOMPARE(countRows(d.sql(), "WartungsfreieZeit", "WocheBis = '12'"), 1);
         QVERIFY(deleteMaintenanceFreeTime(d.sql(), admin, a.rowId));
         QCOMPARE(countRows(d.sql(), "WartungsfreieZeit"), 0);
+
+        // One week alone is a range too.
+        WartungsfreieZeitRow one{"20", "20", {}};
+        QCOMPARE(writeMaintenanceFreeTime(d.sql(), admin, one), MaintenanceFreeWrite::Written);
+        QCOMPARE(countRows(d.sql(), "WartungsfreieZeit", "WocheVon = '20' AND WocheBis = '20'"), 1);
     }
 
     void onlyAdministratorAndMasterWrite_data()

@@ -1,5 +1,6 @@
 #include "support/TestSupport.h"
 #include "zol/core/Messages.h"
+#include "zol/core/Schema.h"
 #include "zol/instructions/PositionDialogRules.h"
 #include <QtTest>
 
@@ -149,12 +150,27 @@ private Q_SLOTS:
         QCOMPARE(rows[2].Intervall, QStringLiteral("2T"));
         QCOMPARE(rows[2].Ausfuehrender, QStringLiteral("Mechanik"));
 
+        // A text may fill its field, not more.
+        const int size = Schema::Size(TabPositionen, QStringLiteral("Text"));
+        p.clear();
+        f = fillPositionForm(rows, 2, PositionMode::InsertAfter).form;
+        f.Objekt = QStringLiteral("3");
+        f.Anweisung = QStringLiteral("10");
+        f.Text = QString(size + 1, QLatin1Char('t'));
+        QVERIFY(!rules.ok(f, PositionMode::InsertAfter, rows, nullptr));
+        QCOMPARE(p.texts(), QStringList{QStringLiteral("Höchstens %1 Zeichen erlaubt").arg(size)});
+        f.Text.chop(1);
+        QVERIFY(rules.ok(f, PositionMode::InsertAfter, rows, nullptr));
+        rows = loadProtocolRows(d.sql(), Comp);
+        QCOMPARE(rows.size(), 4);
+        QCOMPARE(rows.last().Text, f.Text);
+
         // Outside the plant (no component row counts as a Standard) a User writes nothing.
         PositionDialogRules user(d.sql(), Comp, QStringLiteral("User"));
         f = fillPositionForm(rows, 0, PositionMode::InsertBefore).form;
         f.Anweisung = QStringLiteral("0099");
         QVERIFY(!user.ok(f, PositionMode::InsertBefore, rows, nullptr));
-        QCOMPARE(countRows(d.sql(), TabPositionen), 3);
+        QCOMPARE(countRows(d.sql(), TabPositionen), 4);
     }
 };
 

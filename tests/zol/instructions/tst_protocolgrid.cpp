@@ -55,6 +55,8 @@ private Q_SLOTS:
             << QStringList{"000001", "0000", "", "", "", "0,0", "0", ""} << QString();
         QTest::newRow("00 is a head row") << qint64(1) << qint64(0) << QStringList{"1", "00", "L", "2W", "", ""}
             << QStringList{"000001", "0000", "", "", "L", "0,0", "0", ""} << QString();
+        QTest::newRow("9989 + 10 is the last number") << qint64(3) << qint64(9989) << QStringList{"", "", "", "", "", ""}
+            << QStringList{"000003", "9999", "X", "1W", "L", "0,0", "1", "Elektrik"} << QString();
         QTest::newRow("9995 + 10 becomes the head row") << qint64(3) << qint64(9995) << QStringList{"", "", "", "", "", ""}
             << QStringList{"000003", "0000", "", "", "", "0,0", "0", ""} << QString();
         QTest::newRow("new Objekt without Anweisung heads it") << qint64(1) << qint64(20) << QStringList{"2", "", "", "", "", ""}

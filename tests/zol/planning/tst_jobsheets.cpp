@@ -188,30 +188,66 @@ private Q_SLOTS:
         data.reset();
     }
 
-    // Sheets break by trade and by each chosen head key, never on the first row.
+    // Sheets break by trade and by each chosen head key, never on the first row;
+    // the first five keys sort the rows, the sixth only breaks; each sheet's
+    // head shows the values of its keys.
     void headChanges_data()
     {
         QTest::addColumn<QStringList>("keys");
         QTest::addColumn<QString>("alt");              // the older single key
+        QTest::addColumn<QString>("change");           // an UPDATE of the week before it is printed
         QTest::addColumn<QStringList>("pageTrades");   // the trade of each sheet
-        QTest::newRow("trade only") << QStringList{} << QString() << QStringList{"Elektro", "Mechanik"};
-        QTest::newRow("older single key") << QStringList{} << "Lokalisierung"
-                                          << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
-        QTest::newRow("location") << QStringList{"", "", "", "", "", "Lokalisierung"} << QString()
-                                  << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
-        QTest::newRow("component") << QStringList{"Komponente"} << QString()
-                                   << QStringList{"Elektro", "Elektro", "Elektro", "Mechanik", "Mechanik", "Mechanik"};
-        QTest::newRow("cost centre by caption") << QStringList{"", "", "", "", "Kostenstelle"} << QString()
-                                                << QStringList{"Elektro", "Elektro", "Mechanik", "Mechanik"};
-        QTest::newRow("foreign name ignored") << QStringList{"Text; DROP TABLE Auftrag"} << QString()
-                                              << QStringList{"Elektro", "Mechanik"};
+        QTest::addColumn<QStringList>("pageHeads");    // a head item of each sheet, if given
+        const QStringList twoEach{"Elektro", "Elektro", "Mechanik", "Mechanik"};
+        // By name the components stand Ost, West, Ost: only a sorting key gathers the two Ost.
+        const QString alternate = "UPDATE Auftrag SET Lokalisierung = CASE TeIndex WHEN '0000000010' THEN 'West' "
+                                  "ELSE 'Ost' END";
+        QTest::newRow("trade only") << QStringList{} << QString() << QString() << QStringList{"Elektro", "Mechanik"}
+                                    << QStringList{};
+        QTest::newRow("older single key") << QStringList{} << "Lokalisierung" << QString() << twoEach
+                                          << QStringList{"Lokal.: |Ost", "Lokal.: |West", "Lokal.: |Ost", "Lokal.: |West"};
+        QTest::newRow("location") << QStringList{"", "", "", "", "", "Lokalisierung"} << QString() << QString()
+                                  << twoEach << QStringList{};
+        QTest::newRow("sixth key breaks but does not sort")
+            << QStringList{"", "", "", "", "", "Lokalisierung"} << QString() << alternate
+            << QStringList{"Elektro", "Elektro", "Elektro", "Mechanik", "Mechanik", "Mechanik"}
+            << QStringList{"Lokal.: |Ost", "Lokal.: |West", "Lokal.: |Ost", "Lokal.: |Ost", "Lokal.: |West",
+                           "Lokal.: |Ost"};
+        QTest::newRow("fifth key sorts") << QStringList{"", "", "", "", "Lokalisierung"} << QString() << alternate
+                                         << twoEach
+                                         << QStringList{"Lokal.: |Ost", "Lokal.: |West", "Lokal.: |Ost", "Lokal.: |West"};
+        QTest::newRow("component") << QStringList{"Komponente"} << QString() << QString()
+                                   << QStringList{"Elektro", "Elektro", "Elektro", "Mechanik", "Mechanik", "Mechanik"}
+                                   << QStringList{};
+        QTest::newRow("cost centre by caption") << QStringList{"", "", "", "", "Kostenstelle"} << QString() << QString()
+                                                << twoEach
+                                                << QStringList{"Kst: |K100", "Kst: |K200", "Kst: |K100", "Kst: |K200"};
+        // The derived state R prints the state itself, any other "L,X".
+        QTest::newRow("operating state")
+            << QStringList{"Betriebszustand"} << QString()
+            << "UPDATE Auftrag SET Betriebszustand = 'R', BetriebszustandXL = 'R' WHERE TeIndex = '0000000011'"
+            << twoEach
+            << QStringList{"   BZustand |R", "   BZustand |L,X", "   BZustand |R", "   BZustand |L,X"};
+        QTest::newRow("route and material")
+            << QStringList{"Laufweg", "", "", "Material Code"} << QString()
+            << "UPDATE Auftrag SET Option1 = 'Weg ' || TeIndex, Materialcode = 'M-1'"
+            << QStringList{"Elektro", "Elektro", "Elektro", "Mechanik", "Mechanik", "Mechanik"}
+            << QStringList{"Weg: |Weg 0000000010|   Mat: |M-1", "Weg: |Weg 0000000011|   Mat: |M-1",
+                           "Weg: |Weg 0000000012|   Mat: |M-1", "Weg: |Weg 0000000010|   Mat: |M-1",
+                           "Weg: |Weg 0000000011|   Mat: |M-1", "Weg: |Weg 0000000012|   Mat: |M-1"};
+        QTest::newRow("foreign name ignored") << QStringList{"Text; DROP TABLE Auftrag"} << QString() << QString()
+                                              << QStringList{"Elektro", "Mechanik"} << QStringList{};
     }
     void headChanges()
     {
         QFETCH(QStringList, keys);
         QFETCH(QString, alt);
+        QFETCH(QString, change);
         QFETCH(QStringList, pageTrades);
+        QFETCH(QStringList, pageHeads);
         twoTradesWeek();
+        if (!change.isEmpty())
+            exec(data->sql(), change);
         setOptions(keys, {}, 1, alt);
         RecordingPreview rec;
         ScriptedPresenter msg;
@@ -225,6 +261,8 @@ private Q_SLOTS:
             QVERIFY2(t.contains(QStringLiteral("Ausführendes Gewerk: |") + pageTrades.at(i)), qPrintable(t));
             QVERIFY(t.contains(QStringLiteral("Blatt Nr. %1").arg(i + 1)));
             QVERIFY(t.startsWith(QStringLiteral("WI - AUFTRAG")));
+            if (!pageHeads.isEmpty())
+                QVERIFY2(t.contains(pageHeads.at(i)), qPrintable(QStringLiteral("%1: %2").arg(i + 1).arg(t)));
         }
         // The location head key shows its value in the head.
         if (keys.contains(QStringLiteral("Lokalisierung")) || !alt.isEmpty())
@@ -316,9 +354,9 @@ private Q_SLOTS:
         QCOMPARE(rec.count(QStringLiteral("Werk\\Kran K1")), 1);   // once per component
         QVERIFY(t.contains(QStringLiteral("Unterschrift: _ _ _ _ _ _ _ _ _ _")));
 
-        // A week with neither: the message only and no page.
+        // A week with neither (the last week of the year): the message only and no page.
         msg.clear();
-        const JobSheetResult none = preview(QStringLiteral("13"));
+        const JobSheetResult none = preview(QStringLiteral("52"));
         QCOMPARE(none.status, JobSheetStatus::NoOrders);
         QCOMPARE(msg.texts().size(), 1);
         QCOMPARE(rec.calls, 1);
@@ -403,7 +441,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("kst");
         QTest::addColumn<QString>("lok");
         QTest::addColumn<int>("orders");
-        QTest::newRow("prefix") << "El*" << "" << "" << 3;
+        QTest::newRow("prefix") << "El*" << "" << "" << 4;
         QTest::newRow("one character") << "?lektro" << "" << "" << 2;
         QTest::newRow("case") << "elektro" << "" << "" << 2;
         QTest::newRow("quote") << "O'Neil" << "" << "" << 1;
@@ -411,11 +449,13 @@ private Q_SLOTS:
         QTest::newRow("percent is plain") << "" << "K%" << "" << 0;
         QTest::newRow("underscore is plain") << "" << "" << "O_t" << 0;
         QTest::newRow("all three") << "*" << "K1*" << "Ost" << 2;
-        QTest::newRow("blank is no filter") << "  " << "" << "" << 6;
+        QTest::newRow("blank is no filter") << "  " << "" << "" << 7;
         QTest::newRow("nothing") << "Sanitär" << "" << "" << 0;
         QTest::newRow("umlaut") << "Mess*ü*" << "" << "" << 1;
         QTest::newRow("umlaut in upper case") << "MESSTECHNIK SÜD" << "" << "" << 1;
         QTest::newRow("bracket is plain") << "[E]*" << "" << "" << 0;
+        QTest::newRow("bracket in the name") << "elektro [süd]" << "" << "" << 1;
+        QTest::newRow("bracket with wildcard") << "*[S*" << "" << "" << 1;
     }
     void filters()
     {
@@ -433,6 +473,7 @@ private Q_SLOTS:
         pl.order(fi(11), "12", "000001", "0020", {{"Ausfuehrender", "O'Neil"}, {"Lokalisierung", "West"}});
         pl.order(fi(11), "12", "000001", "0030", {{"Ausfuehrender", "Elektronik"}, {"Lokalisierung", "Oxt"}});
         pl.order(fi(11), "12", "000001", "0040", {{"Ausfuehrender", "Messtechnik Süd"}, {"Lokalisierung", "Nord"}});
+        pl.order(fi(10), "12", "000001", "0050", {{"Ausfuehrender", "Elektro [Süd]"}, {"Lokalisierung", "Süd"}});
         RecordingPreview rec;
         ScriptedPresenter msg;
         const JobSheetResult r = preview(QStringLiteral("12"), {gewerk, kst, lok});

@@ -235,6 +235,48 @@ private Q_SLOTS:
         QCOMPARE(q.value(QStringLiteral("AnzahlPersonen")).typeId(), QMetaType::LongLong);
     }
 
+    // The edges of the year through the whole run: a component's own reference
+    // year and week, the calendar's last week, the turn of the year.
+    void dueAtTheEdges_data()
+    {
+        QTest::addColumn<QString>("bezugsjahr");
+        QTest::addColumn<QString>("bezugsWoche");
+        QTest::addColumn<QString>("intervall");
+        QTest::addColumn<QString>("woche");
+        QTest::addColumn<bool>("planned");
+        QTest::newRow("in its reference week") << "2016" << "10" << "1W" << "10" << true;
+        QTest::newRow("a week before its reference week") << "2016" << "10" << "1W" << "09" << false;
+        QTest::newRow("reference year not reached") << "2017" << "01" << "1W" << "52" << false;
+        QTest::newRow("calendar code due in week 52") << "2016" << "35" << "4M" << "52" << true;
+        QTest::newRow("calendar code not due in week 51") << "2016" << "35" << "4M" << "51" << false;
+        QTest::newRow("calendar row of reference week 52") << "2016" << "52" << "4M" << "52" << true;
+        QTest::newRow("short-term in its reference year") << "2016" << "30" << "1T" << "00" << true;
+        QTest::newRow("short-term before its reference year") << "2017" << "01" << "1T" << "00" << false;
+    }
+    void dueAtTheEdges()
+    {
+        QFETCH(QString, bezugsjahr);
+        QFETCH(QString, bezugsWoche);
+        QFETCH(QString, intervall);
+        QFETCH(QString, woche);
+        QFETCH(bool, planned);
+        TempData d;
+        addComponent(d.sql(), {key(1), bezugsjahr, bezugsWoche});
+        addPosition(d.sql(), key(1), QStringLiteral("000010"), QStringLiteral("0010"), intervall,
+                    intervall == QLatin1String("1T") ? QStringLiteral("K") : QStringLiteral("L"));
+        std::unique_ptr<Session> s(makeSession(d, QStringLiteral("Administrator")));
+        ScriptedPresenter p;
+        p.answer(Answer::Yes);
+        const PlanResult r = PlanningRun(*s).run(QStringLiteral("2016"), woche);
+        QCOMPARE(countRows(d.sql(), QStringLiteral("Auftrag"), QStringLiteral("TeIndex = ? AND Jahr = '2016' AND Woche = ?"),
+                           {key(1), woche}),
+                 planned ? 1 : 0);
+        if (planned) {
+            QCOMPARE(int(r.outcome), int(PlanResult::Outcome::Planned));
+            QCOMPARE(r.count, 1);
+        }
+    }
+
     // Week 00: every short-term instruction, maintenance-free rows written, marked and counted.
     void shortTermWithMaintenanceFree()
     {

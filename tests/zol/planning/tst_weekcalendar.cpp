@@ -1,5 +1,7 @@
 #include "support/TestSupport.h"
+#include "zol/core/Sql.h"
 #include "zol/planning/WeekCalendar.h"
+#include <QSqlQuery>
 #include <QtTest>
 
 using namespace zol;
@@ -184,6 +186,25 @@ private Q_SLOTS:
         QVERIFY((*w)[50 - 1]);
         QVERIFY(!l.iva(QStringLiteral("4W"), QStringLiteral("50")));
         QVERIFY(!l.interval(QStringLiteral("9X")));
+
+        // Every calendar row is loaded with all its weeks, the last one included.
+        QSqlQuery q = zol::exec(d.sql(), QStringLiteral("SELECT * FROM IVA"));
+        int rows = 0, week52 = 0;
+        while (q.next()) {
+            ++rows;
+            const QString code = q.value(QStringLiteral("Intervall")).toString();
+            const QString ref = q.value(QStringLiteral("BezugsWoche")).toString();
+            const IntervalLookup::Weeks *weeks = l.iva(code, ref);
+            QVERIFY2(weeks, qPrintable(code + QLatin1Char('/') + ref));
+            for (int w = 1; w <= 52; ++w) {
+                const bool stored =
+                    q.value(QStringLiteral("W%1").arg(w, 2, 10, QLatin1Char('0'))).toString() == QLatin1String("1");
+                QVERIFY2((*weeks)[w - 1] == stored, qPrintable(QStringLiteral("%1/%2 week %3").arg(code, ref).arg(w)));
+                week52 += w == 52 && stored;
+            }
+        }
+        QCOMPARE(rows, 52);
+        QVERIFY(week52 > 0);
     }
 };
 

@@ -119,6 +119,12 @@ private Q_SLOTS:
         QTest::newRow("blank in the back half") << "1234567890 2345678901234" << "1234567890 234567" << " "
                                                 << QStringList{"1234567890 ", "2345678901234"}
                                                 << "1234567890 2345678901234";
+        // The look-back covers half the line: ten digits wide, it finds a blank
+        // at the sixth character but not at the fifth.
+        QTest::newRow("blank at the edge of the look-back") << "12345 789012345" << "1234567890" << " "
+                                                            << QStringList{"12345 ", "789012345"} << "12345 789012345";
+        QTest::newRow("blank just outside the look-back") << "1234 6789012345" << "1234567890" << " "
+                                                          << QStringList{"1234 67890", "12345"} << "1234 6789012345";
         QTest::newRow("blank further left is ignored") << "123 4567890123456789012" << "123 456789012345" << " "
                                                        << QStringList{"123 456789012345", "6789012"}
                                                        << "123 4567890123456789012";

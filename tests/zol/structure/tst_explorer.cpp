@@ -179,6 +179,7 @@ private Q_SLOTS:
         QTest::newRow("werker on plant") << "Werker" << "Halle" << true << "Neu" << kNoRightData << "Halle";
         QTest::newRow("master on standard") << "Master" << "Lüfter" << false << "LÜFTER 2" << "" << "LÜFTER 2";
         QTest::newRow("cut to field") << "Administrator" << "Pumpe" << false << big << "Benennungen dürfen höchstens 100 Zeichen lang sein" << big.left(100);
+        QTest::newRow("exactly the field") << "Administrator" << "Pumpe" << false << big.left(100) << "" << big.left(100);
         QTest::newRow("quote percent underscore") << "Administrator" << "Pumpe" << false << "O'Brien 50%_a" << "" << "O'Brien 50%_a";
     }
     void rename()

@@ -248,6 +248,12 @@ private Q_SLOTS:
                            QStringLiteral("Standort:"), QStringLiteral("Halle 3"), QStringLiteral("Ergebnis:"),
                            QStringLiteral("Pumpe B"), QStringLiteral("WI-Rundgang\\Halle 1\\Pumpe B"),
                            QStringLiteral("Lüfter 'C'"), QStringLiteral("WI-Rundgang\\Halle 1\\Keller\\Lüfter 'C'")};
+        QTest::newRow("one filter")
+            << QList<SuchFilterZeile>{{QStringLiteral("Name:"), QStringLiteral("Pumpe B")}}
+            << QStringList{QStringLiteral("0000000002")}
+            << QStringList{QStringLiteral("Suchfilter:"), QStringLiteral("Name:"), QStringLiteral("Pumpe B"),
+                           QStringLiteral("Ergebnis:"), QStringLiteral("Pumpe B"),
+                           QStringLiteral("WI-Rundgang\\Halle 1\\Pumpe B")};
         QTest::newRow("nothing set, nothing found")
             << QList<SuchFilterZeile>{{QStringLiteral("Name:"), QStringLiteral("  ")}} << QStringList{}
             << QStringList{QStringLiteral("Suchfilter:"), QStringLiteral("(Es wurden keine Filter gesetzt)"),
