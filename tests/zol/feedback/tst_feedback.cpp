@@ -4,6 +4,8 @@
 #include "zol/core/Session.h"
 #include "zol/core/Sql.h"
 #include "zol/feedback/Feedback.h"
+#include "zol/feedback/FeedbackCommands.h"
+#include "zol/feedback/FindingsPrint.h"
 #include "zol/feedback/FeedbackViews.h"
 #include "zol/feedback/Posting.h"
 #include "zol/planning/OrderRows.h"
@@ -499,7 +501,87 @@ private Q_SLOTS:
         const auto werker = makeSession(d, QStringLiteral("Auswerter"));
         QVERIFY(!AuftragswocheLoeschen(*werker, QStringLiteral("2016"), QStringLiteral("10")));
     }
+
+    // The findings of a week over several pages: each page has its head and
+    // foot, and no component block stands at a page foot without a finding below it.
+    void findingsPrint()
+    {
+        TempData d;
+        for (int c = 1; c <= 40; ++c) {
+            const QString key = QStringLiteral("%1").arg(c, 10, 10, QLatin1Char('0'));
+            addComponent(d.sql(), key, QStringLiteral("Pumpe %1").arg(c));
+            for (int a = 1; a <= 3; ++a)
+                addOrder(d.sql(), {key, "2016", "10", "000010", QStringLiteral("%1").arg(a * 10, 4, 10, QLatin1Char('0')),
+                                   "Elektro", QStringLiteral("Pumpe %1").arg(c, 2, 10, QLatin1Char('0')), "N", "J",
+                                   a == 2 ? "" : "F", "I"});
+        }
+        addOrder(d.sql(), {K1, "2016", "11"});
+        const auto s = makeSession(d);
+        zoltest::RecordingPreview preview;
+        ScriptedPresenter msgs;
+        QCOMPARE(BefundeDrucken(*s, QStringLiteral("2016"), QStringLiteral("10"), true), BefundDruckStatus::Gedruckt);
+        QVERIFY(preview.store.pageCount() > 1);
+        int befunde = 0;
+        for (int n = 1; n <= preview.store.pageCount(); ++n) {
+            const auto &items = preview.store.page(n).items;
+            float lastBlock = -1, lastRow = -1;
+            bool kopf = false, fuss = false;
+            for (const PrintItem &it : items) {
+                kopf = kopf || it.Text == QStringLiteral("Rückmeldung von Befunden und Reparaturen");
+                fuss = fuss || it.Text.contains(QLatin1String("F := Fehler"));
+                if (it.Text == QLatin1String("Komponente: "))
+                    lastBlock = qMax(lastBlock, it.Y);
+                if (it.Text == QLatin1String("0010") || it.Text == QLatin1String("0030")) {
+                    lastRow = qMax(lastRow, it.Y);
+                    ++befunde;
+                }
+            }
+            QVERIFY2(kopf && fuss, qPrintable(QString::number(n)));
+            QVERIFY2(lastRow > lastBlock, qPrintable(QString::number(n)));
+        }
+        QCOMPARE(befunde, 80);   // the rows without a finding are left out
+
+        QCOMPARE(BefundeDrucken(*s, QStringLiteral("2016"), QStringLiteral("11"), true), BefundDruckStatus::KeineBefunde);
+        QCOMPARE(msgs.lastText(), QStringLiteral("Keine Befunde für diese Planugswoche vorhanden"));
+    }
+
+    // The batch commands: arguments first, then the week; exit status as the contract says.
+    void commands()
+    {
+        TempData d;
+        addComponent(d.sql(), K1, QStringLiteral("Pumpe"));
+        addOrder(d.sql(), {K1, "2016", "10", "000010", "0010", "Elektro", "Pumpe", "N", "J", "R", "I"});
+        addOrder(d.sql(), {K1, "2016", "00"});
+        const auto s = makeSession(d);
+        ScriptedPresenter msgs;
+        QVERIFY(!parsePostArgs({"2016"}));
+        QVERIFY(!parsePostArgs({"2016", "1a"}));
+        QVERIFY(!parsePostArgs({"2016", "53"}));
+        QCOMPARE(msgs.lastText(), QStringLiteral("Nur Werte von 00 bis 52 sind als Wochenzahl zulässig"));
+        const auto parsed = parsePostArgs({"2016", "7", "--delete"});
+        QVERIFY(parsed && parsed->woche == QLatin1String("07") && parsed->loeschen && !parsed->yes);
+
+        QCOMPARE(postCommand(*s, {"2016", "10"}), 1);   // the question is answered No without --yes
+        QCOMPARE(postCommand(*s, {"2016", "00", "--yes"}), 1);
+        QCOMPARE(postCommand(*s, {"2016", "20", "--yes"}), 1);
+        QCOMPARE(msgs.lastText(), QStringLiteral("Für die Woche 2016/20 sind keine Aufträge vorhanden"));
+        QVERIFY(!Schema::tableExists(d.sql(), QStringLiteral("Rückmeldungen2016")));
+
+        QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("befunde.pdf"));
+        QCOMPARE(printFindingsCommand(*s, {"2016", "10", "--pdf", pdf}), 0);
+        const QString text = zoltest::pdfText(pdf);
+        QVERIFY(text.contains(QStringLiteral("Rückmeldung von Befunden und Reparaturen")));
+        QVERIFY(text.contains(QStringLiteral("Pumpe")));
+        QCOMPARE(printFindingsCommand(*s, {"2016", "10"}), 2);
+        QCOMPARE(printFindingsCommand(*s, {"2016", "10", "--pdf", d.db().filePath()}), 2);
+
+        QCOMPARE(postCommand(*s, {"2016", "10", "--yes", "--delete"}), 0);
+        QCOMPARE(countRows(d.sql(), QStringLiteral("Rückmeldungen2016")), 2);
+        QCOMPARE(countRows(d.sql(), QStringLiteral("Auftrag")), 1);
+        QCOMPARE(printFindingsCommand(*s, {"2016", "10", "--pdf", dir.filePath(QStringLiteral("leer.pdf"))}), 1);
+    }
 };
 
-QTEST_GUILESS_MAIN(TestFeedback)
+QTEST_MAIN(TestFeedback)
 #include "tst_feedback.moc"
