@@ -1,6 +1,7 @@
 // zolbench: prints figures as lines "name value unit".
 #include "Figures.h"
 #include "ExplorerBench.h"
+#include "FeedbackBench.h"
 #include "InstructionsBench.h"
 #include "JobSheetBench.h"
 #include "PlanningBench.h"
@@ -23,6 +24,9 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         if (qstrcmp(argv[i], "--explorer") == 0)
             return zolbench::runExplorerBench(argc, argv);
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--feedback") == 0)
+            return zolbench::runFeedbackBench(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

@@ -7,6 +7,7 @@
 #include "zol/core/BatchPresenter.h"
 #include "zol/core/Options.h"
 #include "zol/core/Users.h"
+#include "zol/feedback/FeedbackCommands.h"
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
 #include <memory>
@@ -30,6 +31,11 @@ const QList<Command> &commandTable()
          QStringLiteral("print jobsheets JAHR WOCHE --pdf DATEI [--gewerk T] [--kostenstelle K] [--lokalisierung L]"
                         "   Auftragsblätter einer Woche als PDF"),
          &cmdPrint},
+        {QStringLiteral("post"),
+         QStringLiteral("post JAHR WOCHE [--delete] [--yes]   Auftragswoche verbuchen (--delete: danach löschen)"),
+         &cmdPost},
+        {QStringLiteral("print"),
+         QStringLiteral("print findings JAHR WOCHE --pdf DATEI   Befunde einer Woche als PDF"), &cmdPrint},
     };
     return table;
 }
@@ -162,8 +168,29 @@ int cmdPlan(CommandContext &ctx)
     return zol::planCommand(startup.session(), ctx.args, ctx.yes);
 }
 
+int cmdPost(CommandContext &ctx)
+{
+    // A wrong call ends here, before the lock and the monthly copy.
+    if (!zol::parsePostArgs(ctx.args))
+        return Exit::Usage;
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return zol::postCommand(startup.session(), ctx.args, ctx.yes);
+}
+
 int cmdPrint(CommandContext &ctx)
 {
+    if (!ctx.args.isEmpty() && ctx.args.first() == QLatin1String("findings")) {
+        if (!zol::parseFindingsArgs(ctx.args.mid(1)))
+            return Exit::Usage;
+        zol::Startup startup(ctx.dataDir);
+        const int opened = openBatchSession(startup, ctx);
+        if (opened != Exit::Done)
+            return opened;
+        return zol::printFindingsCommand(startup.session(), ctx.args.mid(1));
+    }
     if (ctx.args.isEmpty() || ctx.args.first() != QLatin1String("jobsheets")) {
         std::cerr << qPrintable(usageText());
         return Exit::Usage;

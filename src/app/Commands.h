@@ -52,5 +52,6 @@ void installBatchPresenter(bool yes);
 int cmdInit(CommandContext &ctx);
 int cmdPlan(CommandContext &ctx);
 int cmdPrint(CommandContext &ctx);
+int cmdPost(CommandContext &ctx);
 
 }

@@ -14,6 +14,7 @@
 #include "gui/core/frmPasswort.h"
 #include "gui/core/frmUser.h"
 #include "gui/instructions/frmKatalog.h"
+#include "gui/feedback/frmRueckmeldung.h"
 #include "gui/planning/frmAuftragsplanung.h"
 #include "ui_frmMain.h"
 #include "zol/core/Messages.h"
@@ -238,7 +239,7 @@ void frmMain::buildMenus()
           {"mnuEditInvertSelection", "Auswahl &umkehren", Run::Invert}}},
         {"mnuAuftrag", "A&ufträge",
          {{"mnuAuftragGenerieren", "&Planung", Run::Planning},
-          {"mnuAufträgeRückmeldungen", "&Rückmeldungen", N},
+          {"mnuAufträgeRückmeldungen", "&Rückmeldungen", Run::Feedback},
           {"", "", N},
           {"mnuAufträgeISAuftragErstellen", "IS-Auftrag &erstellen", Run::ISAuftrag},
           {"mnuAufträgeISAuftragBearbeiten", "IS-Aufträge &bearbeiten", N},
@@ -334,7 +335,7 @@ void frmMain::buildToolbar()
         {"kopieren", "Kopieren", SP::SP_FileIcon, Run::Copy, 0},
         {"einfügen", "Einfügen", SP::SP_DialogSaveButton, Run::Paste, 0},
         {"AufträgeGenerieren", "Planung", SP::SP_FileDialogContentsView, Run::Planning, 0},
-        {"Rückmeldungen", "Rückmeldungen", SP::SP_DialogApplyButton, Run::NotYet, 0},
+        {"Rückmeldungen", "Rückmeldungen", SP::SP_DialogApplyButton, Run::Feedback, 0},
         {"AnsichtStruktur", "Strukturansicht", SP::SP_DirIcon, Run::ViewMode, 0},
         {"AnsichtSuch", "Suchansicht", SP::SP_FileDialogDetailedView, Run::ViewMode, 1},
         {"AnsichtSuchOhne", "Suchansicht ohne Standards", SP::SP_FileDialogListView, Run::ViewMode, 2},
@@ -504,6 +505,9 @@ void frmMain::perform(Run run, int arg)
     case Run::Planning:
         openPlanning();
         break;
+    case Run::Feedback:
+        openFeedback();
+        break;
     case Run::MaintenanceFree:
         openMaintenanceFreeTimes();
         break;
@@ -600,6 +604,21 @@ void frmMain::openPlanning()
     m_planning->show();
     m_planning->raise();
     m_planning->activateWindow();
+}
+
+void frmMain::openFeedback()
+{
+    // One feedback window at a time, as for planning.
+    if (!m_feedback) {
+        auto *w = new frmRueckmeldung(m_session, this);
+        w->setWindowFlag(Qt::Window);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        m_feedback = w;
+        w->zeig();
+    }
+    m_feedback->show();
+    m_feedback->raise();
+    m_feedback->activateWindow();
 }
 
 void frmMain::openOptions()

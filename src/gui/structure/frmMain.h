@@ -56,7 +56,7 @@ private:
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
-        PrintSelected, PrintStructure
+        PrintSelected, PrintStructure, Feedback
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -74,6 +74,7 @@ private:
     void restoreWindowState();
     void applyUserMenus(bool userMenu, bool passwordMenu);
     void openPlanning();
+    void openFeedback();
     void openOptions();
     // What the protocol grid of a component shows; opened from the list.
     void openProtocol(const QString &fileIndex);
@@ -131,4 +132,5 @@ private:
     int m_viewMode = -1;
     int m_savedState = 2;
     QPointer<QWidget> m_planning;
+    QPointer<QWidget> m_feedback;
 };

@@ -84,6 +84,21 @@ QString ident(const QString &name)
     return QLatin1Char('"') + n + QLatin1Char('"');
 }
 
+QString caselessGlob(const QString &text)
+{
+    QString out;
+    for (QChar c : text) {
+        const QChar lower = c.toLower(), upper = c.toUpper();
+        if (c == QLatin1Char('['))
+            out += QStringLiteral("[[]");
+        else if (lower != upper)
+            out += QLatin1Char('[') + lower + upper + QLatin1Char(']');
+        else
+            out += c;
+    }
+    return out;
+}
+
 QString likePattern(const QString &legacyPattern)
 {
     QString out;

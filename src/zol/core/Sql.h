@@ -43,6 +43,12 @@ QString ident(const QString &name);
 // Use as: "... LIKE ? ESCAPE '\\'".
 QString likePattern(const QString &legacyPattern);
 
+// A text with the legacy wildcards * and ? as a GLOB pattern that ignores the
+// case of every letter, umlauts included (the database's LIKE and upper() fold
+// ASCII letters only): each letter becomes the class of its two cases.
+// Use as: "... GLOB ?".
+QString caselessGlob(const QString &text);
+
 // One unit of work: commit() makes it stick, leaving the scope without it
 // rolls everything back. Units nest (savepoints), so a routine that is one
 // transaction on its own can be part of a larger one.

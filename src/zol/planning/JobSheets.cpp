@@ -1,4 +1,5 @@
 #include "JobSheets.h"
+#include "OrderRows.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Options.h"
@@ -60,23 +61,6 @@ QStringList kopfFelder(const OptionState &o)
     return out;
 }
 
-// A filter text with the wildcards * and ? as a GLOB pattern that ignores the
-// case of every letter: each letter becomes the class of its two cases.
-QString ohneGrossKlein(const QString &text)
-{
-    QString out;
-    for (QChar c : text) {
-        const QChar lower = c.toLower(), upper = c.toUpper();
-        if (c == QLatin1Char('['))
-            out += QStringLiteral("[[]");
-        else if (lower != upper)
-            out += QLatin1Char('[') + lower + upper + QLatin1Char(']');
-        else
-            out += c;
-    }
-    return out;
-}
-
 JobSheetFilter wirksamerFilter(const Session &session, JobSheetFilter f)
 {
     // A Werker's trade is fixed to his own.
@@ -85,126 +69,10 @@ JobSheetFilter wirksamerFilter(const Session &session, JobSheetFilter f)
     return f;
 }
 
-// The columns of Auftrag.* in the order of the row struct, found once per statement.
-struct Spalten {
-    explicit Spalten(const QSqlRecord &r)
-    {
-        for (const char *name : {"TeIndex", "Jahr", "Woche", "Objekt", "Anweisung", "WIVerantwortlicher",
-                                 "Ausfuehrender", "Kostenstelle", "Lokalisierung", "Option1", "KompBezeichnung",
-                                 "Betriebszustand", "BetriebszustandXL", "Materialcode", "Bemerkung", "Text",
-                                 "Rückmeldung", "Befund", "Verbal", "Intervall", "Datum", "SicherheitsHinweis",
-                                 "IntervallTyp", "KeineWartung", "PlanZeit", "Materialmenge", "AnzahlPersonen"})
-            index.push_back(r.indexOf(QString::fromUtf8(name)));
-    }
-    std::vector<int> index;
-};
-
-AuftragZeile zeileAus(const QSqlQuery &q, const Spalten &c)
-{
-    AuftragZeile z;
-    int i = 0;
-    const auto s = [&]() { return q.value(c.index[size_t(i++)]).toString(); };
-    for (QString *f : {&z.TeIndex, &z.Jahr, &z.Woche, &z.Objekt, &z.Anweisung, &z.WIVerantwortlicher,
-                       &z.Ausfuehrender, &z.Kostenstelle, &z.Lokalisierung, &z.Option1, &z.KompBezeichnung,
-                       &z.Betriebszustand, &z.BetriebszustandXL, &z.Materialcode, &z.Bemerkung, &z.Text,
-                       &z.Rueckmeldung, &z.Befund, &z.Verbal, &z.Intervall, &z.Datum, &z.SicherheitsHinweis,
-                       &z.IntervallTyp, &z.KeineWartung})
-        *f = s();
-    z.PlanZeit = q.value(c.index[size_t(i++)]).toDouble();
-    z.Materialmenge = q.value(c.index[size_t(i++)]).toDouble();
-    z.AnzahlPersonen = q.value(c.index[size_t(i++)]).toInt();
-    return z;
-}
-
 std::vector<AuftragZeile> lade(Session &session, const JobSheetQuery &jq)
 {
-    std::vector<AuftragZeile> rows;
-    QSqlQuery q = exec(session.db(), jq.sql, jq.values);
-    const Spalten spalten(q.record());
-    while (q.next())
-        rows.push_back(zeileAus(q, spalten));
-    return rows;
+    return ladeAuftragZeilen(session.db(), jq.sql, jq.values);
 }
-
-// Components, their paths and their object heads, each read once per run.
-class Komponenten {
-public:
-    explicit Komponenten(const QSqlDatabase &db)
-        : m_db(db),
-          m_node(db, QStringLiteral("SELECT * FROM ProtokollKopf WHERE FileIndex = ?")),
-          m_oben(db, QStringLiteral("SELECT Text, FileAbove FROM ProtokollKopf WHERE FileIndex = ?")),
-          m_objekt(db, QStringLiteral("SELECT Objekt, Text FROM ProtokollPositionen WHERE TeNummer = ? AND "
-                                      "Anweisung = '0000'"))
-    {
-    }
-
-    const std::optional<Node> &node(const QString &fileIndex)
-    {
-        auto it = m_nodes.find(fileIndex);
-        if (it == m_nodes.end()) {
-            std::optional<Node> n;
-            QSqlQuery &q = m_node.run({fileIndex});
-            if (q.next()) {
-                n.emplace();
-                const QSqlRecord r = q.record();
-                for (int i = 0; i < r.count(); ++i)
-                    n->setValue(r.fieldName(i), q.value(i).toString());
-            }
-            it = m_nodes.insert(fileIndex, n);
-        }
-        return *it;
-    }
-
-    // The names from the top down to the component, joined by '\'.
-    QString pfad(const QString &fileIndex)
-    {
-        QStringList names;
-        QSet<QString> seen;
-        QString key = fileIndex;
-        // A node hung below its own descendant must not hold the print.
-        while (!key.isEmpty() && !seen.contains(key) && seen.size() < 1000) {
-            seen.insert(key);
-            auto it = m_kette.find(key);
-            if (it == m_kette.end()) {
-                QSqlQuery &q = m_oben.run({key});
-                std::pair<QString, QString> v;
-                if (q.next())
-                    v = {q.value(0).toString(), q.value(1).toString()};
-                else
-                    v = {QString(), QString()};
-                it = m_kette.insert(key, v);
-            }
-            if (it->first.isNull() && it->second.isNull())
-                break;
-            names.prepend(it->first);
-            key = it->second;
-        }
-        return names.join(QLatin1Char('\\'));
-    }
-
-    // The head text of an object (its row with Anweisung 0000), empty if it has none.
-    QString objektKopf(const QString &teIndex, const QString &objekt)
-    {
-        auto it = m_objekte.find(teIndex);
-        if (it == m_objekte.end()) {
-            QHash<QString, QString> heads;
-            QSqlQuery &q = m_objekt.run({teIndex});
-            while (q.next())
-                heads.insert(q.value(0).toString(), q.value(1).toString());
-            it = m_objekte.insert(teIndex, heads);
-        }
-        return it->value(objekt);
-    }
-
-private:
-    QSqlDatabase m_db;
-    Statement m_node;
-    Statement m_oben;
-    Statement m_objekt;
-    QHash<QString, std::optional<Node>> m_nodes;
-    QHash<QString, std::pair<QString, QString>> m_kette;
-    QHash<QString, QHash<QString, QString>> m_objekte;
-};
 
 // The sheets of the order rows; the job is open afterwards.
 void druckeBlaetter(PrinterF &p, Komponenten &komp, const std::vector<AuftragZeile> &rows, const QStringList &keys,
@@ -338,7 +206,7 @@ JobSheetQuery jobSheetQuery(Session &session, const QString &jahr, const QString
         // Field and text compare in upper case, umlauts included (the database's
         // LIKE and upper() fold ASCII letters only).
         q.sql += QStringLiteral(" AND Auftrag.%1 GLOB ?").arg(feld);
-        q.values << ohneGrossKlein(text);
+        q.values << caselessGlob(text);
     };
     like(QStringLiteral("Kostenstelle"), f.kostenstelle);
     like(QStringLiteral("Lokalisierung"), f.lokalisierung);

@@ -137,6 +137,12 @@ RueckmeldungSpalten::RueckmeldungSpalten(const PrinterF &p)
     Zeit = Menge + p.TextWidth(QStringLiteral("00000000"));
     Befund = Zeit + p.TextWidth(QStringLiteral("000000000"));
     Verbal = Befund + p.TextWidth(QStringLiteral("Befund "));
+    // Where the type is too wide for the page, the columns from the interval on
+    // move left together, so that no head runs into its neighbour.
+    const double over = Verbal + p.TextWidth(QStringLiteral("Verbal")) - p.ScaleWidth();
+    if (over > 0)
+        for (double *x : {&Block, &Code, &Menge, &Zeit, &Befund, &Verbal})
+            *x -= over;
 }
 
 ErfassungSpalten::ErfassungSpalten(const PrinterF &p)

@@ -1,0 +1,192 @@
+#include "FeedbackViews.h"
+#include "Feedback.h"
+#include "zol/core/Session.h"
+#include "zol/core/Sql.h"
+#include "zol/planning/OrderRows.h"
+#include "zol/structure/Node.h"
+#include <QSet>
+
+namespace zol {
+
+namespace {
+
+using E = Ebene;
+
+QStringList felderDer(Ebene e)
+{
+    switch (e) {
+    case E::Komponente: return {QStringLiteral("KompBezeichnung"), QStringLiteral("TeIndex")};
+    case E::Woche: return {QStringLiteral("Jahr"), QStringLiteral("Woche")};
+    case E::Gewerk: return {QStringLiteral("Ausfuehrender")};
+    }
+    return {};
+}
+
+// The WHERE clause of a node, the Werker's trade and what the caller adds.
+struct Bedingung {
+    QStringList teile;
+    QVariantList values;
+
+    Bedingung(Session &session, const KnotenFilter &k)
+    {
+        for (const auto &[feld, wert] : k.felder) {
+            teile << ident(feld) + QStringLiteral(" = ?");
+            values << wert;
+        }
+        const RueckmeldungRechte rechte = rueckmeldungRechte(session.login());
+        if (!rechte.werkerGewerk.isEmpty()) {
+            teile << QStringLiteral("Ausfuehrender GLOB ?");
+            values << caselessGlob(rechte.werkerGewerk);
+        }
+    }
+    QString sql() const
+    {
+        return teile.isEmpty() ? QString() : QStringLiteral(" WHERE ") + teile.join(QStringLiteral(" AND "));
+    }
+};
+
+Bedingung listenBedingung(Session &session, const KnotenFilter &knoten, AuftragsAuswahl auswahl)
+{
+    Bedingung b(session, knoten);
+    if (auswahl == AuftragsAuswahl::Offen)
+        b.teile << QStringLiteral("\"Rückmeldung\" = 'N'");
+    else if (auswahl == AuftragsAuswahl::Zurueckgemeldet)
+        b.teile << QStringLiteral("\"Rückmeldung\" <> 'N'");
+    b.teile << QStringLiteral("KeineWartung = 'N'");
+    return b;
+}
+
+}   // namespace
+
+const QList<RueckmeldungsAnsicht> &rueckmeldungsAnsichten()
+{
+    static const QList<RueckmeldungsAnsicht> views = {
+        {QStringLiteral("Komponente - Woche"), QStringLiteral("Komponenten"), {E::Komponente, E::Woche}},
+        {QStringLiteral("Woche - Komponente"), QStringLiteral("Wochen"), {E::Woche, E::Komponente}},
+        {QStringLiteral("Komponente - Gewerk - Woche"), QStringLiteral("Komponenten/Gewerke"),
+         {E::Komponente, E::Gewerk, E::Woche}},
+        {QStringLiteral("Komponente - Woche - Gewerk"), QStringLiteral("Komponenten/Wochen"),
+         {E::Komponente, E::Woche, E::Gewerk}},
+        {QStringLiteral("Woche - Gewerk - Komponente"), QStringLiteral("Wochen/Gewerke"),
+         {E::Woche, E::Gewerk, E::Komponente}},
+        {QStringLiteral("Woche - Komponente - Gewerk"), QStringLiteral("Wochen/Komponenten"),
+         {E::Woche, E::Komponente, E::Gewerk}},
+        {QStringLiteral("Gewerk - Komponente - Woche"), QStringLiteral("Gewerke/Komponenten"),
+         {E::Gewerk, E::Komponente, E::Woche}},
+        {QStringLiteral("Gewerk - Woche - Komponente"), QStringLiteral("Gewerke/Wochen"),
+         {E::Gewerk, E::Woche, E::Komponente}},
+    };
+    return views;
+}
+
+QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben)
+{
+    QList<AnsichtKnoten> out;
+    const auto &views = rueckmeldungsAnsichten();
+    if (ansicht < 0 || ansicht >= views.size() || oben.tiefe >= views.at(ansicht).ebenen.size())
+        return out;
+    const QList<Ebene> &ebenen = views.at(ansicht).ebenen;
+    const Ebene ebene = ebenen.at(oben.tiefe);
+    const QStringList felder = felderDer(ebene);
+    QStringList spalten;
+    for (const QString &f : felder)
+        spalten << ident(f);
+    const Bedingung b(session, oben);
+    QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2").arg(spalten.join(QStringLiteral(", ")), b.sql());
+    // A component's node shows its current name; one that is gone says so.
+    if (ebene == E::Komponente)
+        sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
+                             "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
+                  .arg(sql);
+    sql += QStringLiteral(" ORDER BY ") + spalten.join(QStringLiteral(", "));
+    QSqlQuery q = exec(session.db(), sql, b.values);
+    const bool blatt = oben.tiefe + 1 >= ebenen.size();
+    while (q.next()) {
+        AnsichtKnoten k;
+        k.blatt = blatt;
+        k.filter = oben;
+        k.filter.tiefe = oben.tiefe + 1;
+        for (int i = 0; i < felder.size(); ++i)
+            k.filter.felder << qMakePair(felder.at(i), q.value(i).toString());
+        switch (ebene) {
+        case E::Komponente:
+            k.text = q.value(2).isNull() ? KomponenteFehltKnoten : q.value(3).toString();
+            break;
+        case E::Woche:
+            k.text = q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
+            break;
+        case E::Gewerk:
+            k.text = q.value(0).toString();
+            break;
+        }
+        out << k;
+    }
+    return out;
+}
+
+AuftragsAbfrage auftragsAbfrage(Session &session, const KnotenFilter &knoten, AuftragsAuswahl auswahl)
+{
+    const Bedingung b = listenBedingung(session, knoten, auswahl);
+    return {QStringLiteral("SELECT * FROM Auftrag") + b.sql()
+                + QStringLiteral(" ORDER BY KompBezeichnung, Jahr, Woche, Objekt, Anweisung"),
+            b.values};
+}
+
+QList<UebersichtZeile> uebersicht(Session &session, const KnotenFilter &knoten, AuftragsAuswahl auswahl)
+{
+    const Bedingung b = listenBedingung(session, knoten, auswahl);
+    QSqlQuery q = exec(session.db(),
+                       QStringLiteral("SELECT TeIndex, count(*), sum(CASE WHEN \"Rückmeldung\" <> 'N' THEN 1 ELSE 0 END),"
+                                      " sum(CASE WHEN upper(Befund) IN ('F','R') THEN 1 ELSE 0 END),"
+                                      " sum(PlanZeit), max(Datum) FROM Auftrag")
+                           + b.sql() + QStringLiteral(" GROUP BY KompBezeichnung, TeIndex ORDER BY KompBezeichnung, TeIndex"),
+                       b.values);
+    QList<UebersichtZeile> out;
+    UebersichtZeile gesamt;
+    gesamt.Name = GesamtText;
+    while (q.next()) {
+        UebersichtZeile z;
+        z.TeIndex = q.value(0).toString();
+        z.Name = komponentenName(session.db(), z.TeIndex);
+        z.anzahl = q.value(1).toInt();
+        z.zurueckgemeldet = q.value(2).toInt();
+        z.befunde = q.value(3).toInt();
+        z.arbeitszeit = q.value(4).toDouble();
+        z.GeplantAm = q.value(5).toString();
+        gesamt.anzahl += z.anzahl;
+        gesamt.zurueckgemeldet += z.zurueckgemeldet;
+        gesamt.befunde += z.befunde;
+        gesamt.arbeitszeit += z.arbeitszeit;
+        out << z;
+    }
+    out << gesamt;
+    return out;
+}
+
+QString komponentenName(const QSqlDatabase &db, const QString &teIndex)
+{
+    const QVariant text = scalar(db, QStringLiteral("SELECT Text FROM ProtokollKopf WHERE FileIndex = ?"), {teIndex});
+    return text.isValid() ? text.toString() : KomponenteFehltKnoten;
+}
+
+QString komponentenPfad(const QSqlDatabase &db, const QString &teIndex)
+{
+    QStringList names;
+    QSet<QString> seen;
+    QString key = teIndex;
+    Statement oben(db, QStringLiteral("SELECT Text, FileAbove FROM ProtokollKopf WHERE FileIndex = ?"));
+    // The walk ends at a top node; a missing parent or a ring means the component hangs nowhere.
+    while (key != RootProtok && key != RootKatalo) {
+        if (seen.contains(key))
+            return NichtImVerzeichnisText;
+        seen.insert(key);
+        QSqlQuery &q = oben.run({key});
+        if (!q.next())
+            return NichtImVerzeichnisText;
+        names.prepend(q.value(0).toString());
+        key = q.value(1).toString();
+    }
+    return names.join(QLatin1Char('\\'));
+}
+
+}
