@@ -216,8 +216,11 @@ QWidget *keyTarget()
 
 void GuiSession::type(const QString &text)
 {
-    if (QWidget *w = keyTarget())
-        QTest::keyClicks(w, text);
+    // Each key goes where the focus is when it is pressed: the first key of a
+    // grid cell opens the editor that takes the rest.
+    for (QChar c : text)
+        if (QWidget *w = keyTarget())
+            QTest::keyClicks(w, QString(c));
 }
 
 void GuiSession::press(Qt::Key key, Qt::KeyboardModifiers modifiers)

@@ -60,19 +60,39 @@ QStringList kopfFelder(const OptionState &o)
     return out;
 }
 
-// A filter text with the wildcards * and ? as a GLOB pattern that ignores the
-// case of every letter: each letter becomes the class of its two cases.
+// A filter text with the legacy wildcards (*, ?, # for a digit, [abc] and
+// [!abc] for one character of a set or not of it) as a GLOB pattern that
+// ignores the case of every letter: each letter becomes the class of its two
+// cases, inside a set as well. A [ without its ] stands for itself.
 QString ohneGrossKlein(const QString &text)
 {
-    QString out;
-    for (QChar c : text) {
+    const auto beideFaelle = [](QChar c) {
         const QChar lower = c.toLower(), upper = c.toUpper();
-        if (c == QLatin1Char('['))
+        return lower != upper ? QString(lower) + upper : QString(c);
+    };
+    QString out;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        const qsizetype ende = c == QLatin1Char('[') ? text.indexOf(QLatin1Char(']'), i + 2) : -1;
+        if (c == QLatin1Char('[') && ende > 0) {
+            QString set = text.mid(i + 1, ende - i - 1);
+            out += QLatin1Char('[');
+            if (set.startsWith(QLatin1Char('!'))) {
+                out += QLatin1Char('^');
+                set.remove(0, 1);
+            }
+            for (QChar m : set)
+                out += beideFaelle(m);
+            out += QLatin1Char(']');
+            i = ende;
+        } else if (c == QLatin1Char('[')) {
             out += QStringLiteral("[[]");
-        else if (lower != upper)
-            out += QLatin1Char('[') + lower + upper + QLatin1Char(']');
-        else
-            out += c;
+        } else if (c == QLatin1Char('#')) {
+            out += QStringLiteral("[0-9]");
+        } else {
+            const QString both = beideFaelle(c);
+            out += both.size() > 1 ? QLatin1Char('[') + both + QLatin1Char(']') : both;
+        }
     }
     return out;
 }
@@ -112,6 +132,7 @@ AuftragZeile zeileAus(const QSqlQuery &q, const Spalten &c)
         *f = s();
     z.PlanZeit = q.value(c.index[size_t(i++)]).toDouble();
     z.Materialmenge = q.value(c.index[size_t(i++)]).toDouble();
+    z.AnzahlPersonenLeer = q.value(c.index[size_t(i)]).isNull();
     z.AnzahlPersonen = q.value(c.index[size_t(i++)]).toInt();
     return z;
 }
@@ -235,9 +256,11 @@ void druckeBlaetter(PrinterF &p, Komponenten &komp, const std::vector<AuftragZei
     const auto komponente = [&](const AuftragZeile &z) {
         const auto &node = komp.node(z.TeIndex);
         const QString pfad = node ? komp.pfad(z.TeIndex) : QString();
-        if (!Print_AnweisungsKomponente(p, node, pfad, zeile, s)) {
+        const int folge = Print_AnweisungsZeilenBedarf(p, z, komp.objektKopf(z.TeIndex, z.Objekt), s);
+        if (!Print_AnweisungsKomponente(p, node, pfad, zeile, s, folge)) {
             umbruch(z);
-            Print_AnweisungsKomponente(p, node, pfad, zeile, s);
+            // On a fresh page the block stands, however long the row under it.
+            Print_AnweisungsKomponente(p, node, pfad, zeile, s, 0);
         }
         neueSeite = false;
     };
