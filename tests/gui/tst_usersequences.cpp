@@ -31,25 +31,6 @@ using zoltest::GuiSession;
 
 namespace {
 
-// A component of the plant selected in the list, the list with the focus.
-QString pointAtComponent(GuiSession &s)
-{
-    frmMain &w = s.main();
-    QSqlQuery q(s.sql());
-    q.exec(QStringLiteral("SELECT FileIndex, FileAbove FROM ProtokollKopf WHERE FileTyp = 'F' AND Katalog = '0' "
-                          "ORDER BY Text LIMIT 1"));
-    if (!q.next())
-        return {};
-    w.findChild<QAction *>(QStringLiteral("mnuViewMode0"))->trigger();
-    w.selectTreeKey(q.value(1).toString());
-    w.selectListKeys({q.value(0).toString()});
-    auto *list = w.findChild<QTreeView *>(QStringLiteral("lvListView"));
-    QApplication::setActiveWindow(&w);
-    list->setFocus();
-    QApplication::processEvents();
-    return q.value(0).toString();
-}
-
 QStringList visibleClasses()
 {
     QStringList out;
@@ -69,7 +50,7 @@ QString nodeText(GuiSession &s, const QString &fileIndex)
 // empty the component's lines are deleted first.
 frmProtokoll *openProtocol(GuiSession &s, bool empty, QString *teNummer = nullptr)
 {
-    const QString key = pointAtComponent(s);
+    const QString key = s.pointAtComponent();
     if (key.isEmpty())
         return nullptr;
     if (empty)
@@ -305,7 +286,7 @@ private Q_SLOTS:
         QVERIFY(s.login(QStringLiteral("Meister")));
         if (s.firstTime())
             s.firstTime()->close();
-        const QString key = pointAtComponent(s);
+        const QString key = s.pointAtComponent();
         QVERIFY(!key.isEmpty());
         const QString before = nodeText(s, key);
         const QStringList windowsBefore = visibleClasses();
