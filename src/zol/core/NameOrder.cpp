@@ -1,5 +1,6 @@
 #include "NameOrder.h"
 #include <QSqlDriver>
+#include <QVariant>
 #include <sqlite3.h>
 
 namespace zol {

@@ -455,11 +455,11 @@ int Print_AnweisungsZeilenBedarf(PrinterF &p, const AuftragZeile &z, const QStri
         p.setBold(false);
         return n;
     };
-    if (!objektKopf.isEmpty())
-        return textZeilen(objektKopf, true);
     if (z.Anweisung == QLatin1String("0000"))
-        return textZeilen(z.Text, true);
-    return qMax(textZeilen(z.Text, false), beiwerte(p, z, s).zeilen());
+        return textZeilen(objektKopf.isEmpty() ? z.Text : objektKopf, true);
+    // An object head goes with the instruction under it.
+    const int kopf = objektKopf.isEmpty() ? 0 : textZeilen(objektKopf, true);
+    return kopf + qMax(textZeilen(z.Text, false), beiwerte(p, z, s).zeilen());
 }
 
 void Print_AnweisungsFusszeile(PrinterF &p, int zeile, double summe, const AnweisungsSpalten &)

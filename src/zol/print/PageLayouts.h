@@ -78,8 +78,8 @@ int Print_AnweisungsKopf(PrinterF &p, const AnweisungsKopfDaten &kopf, const Anw
 // pfad is the path through FileAbove; a missing node prints "Komponente wurde nicht gefunden".
 bool Print_AnweisungsKomponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
                                 const AnweisungsSpalten &s, int folgeZeilen = 1);
-// The lines the first row under a component block takes: its object head when
-// one is printed (objektKopf), else the order row itself.
+// The lines the first row under a component block takes: the order row, and
+// its object head above it when one is printed (objektKopf).
 int Print_AnweisungsZeilenBedarf(PrinterF &p, const AuftragZeile &z, const QString &objektKopf,
                                  const AnweisungsSpalten &s);
 bool Print_AnweisungsObjektZeile(PrinterF &p, const QString &text, const QString &objekt, int &zeile,
