@@ -63,7 +63,8 @@ frmProtokoll *openProtocol(GuiSession &s, bool empty, QString *teNummer = nullpt
         if (auto *mdi = qobject_cast<frmMDIProtokolle *>(w); mdi && mdi->isVisible() && !mdi->protocols().isEmpty()) {
             frmProtokoll *p = mdi->protocols().constLast();
             mdi->activateWindow();
-            QTest::qWaitForWindowActive(mdi);
+            if (!QTest::qWaitForWindowActive(mdi))
+                return nullptr;
             p->grid()->setFocus();
             return p;
         }

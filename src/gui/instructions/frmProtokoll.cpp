@@ -338,10 +338,12 @@ bool frmProtokoll::eventFilter(QObject *watched, QEvent *event)
             if (at == view->currentIndex())
                 return true;
             if (at.isValid()) {
-                view->setCurrentIndex(at);
+                // A selection that holds the row stays; otherwise the row alone is selected.
+                const bool selected = view->selectionModel()->isRowSelected(at.row(), {});
+                view->selectionModel()->setCurrentIndex(at, QItemSelectionModel::NoUpdate);
                 if (view->currentIndex() != at)
                     return true;
-                if (!view->selectionModel()->isRowSelected(at.row(), {}))
+                if (!selected)
                     view->selectionModel()->select(at, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
             }
             showPopup(me->globalPosition().toPoint());
