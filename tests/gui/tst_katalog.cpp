@@ -126,6 +126,33 @@ private Q_SLOTS:
         QVERIFY(w.chosenInterval().isEmpty());
     }
 
+    // The keyboard picks as well: Enter on an entry as a double click, Escape cancels.
+    void pickerByKeys()
+    {
+        Fixture f;
+        CatalogWindows windows(f.session);
+        frmKatalog &w = windows.Texte();
+        auto *list = w.findChild<QTreeWidget *>(QStringLiteral("lvListView"));
+        const QString tag = whileShown(w, true, [&] {
+            list->setFocus();
+            list->setCurrentItem(listEntry(list, QStringLiteral("Elektrisch")));
+            QTest::keyClick(list, Qt::Key_Return);
+            QVERIFY(w.isVisible());
+            list->setCurrentItem(listEntry(list, QStringLiteral("Motor messen")));
+            QTest::keyClick(list, Qt::Key_Return);
+        });
+        QCOMPARE(tag, QStringLiteral("Motor messen"));
+        QVERIFY(!w.isVisible());
+
+        const QString none = whileShown(w, true, [&] {
+            list->setFocus();
+            list->setCurrentItem(list->topLevelItem(0));
+            QTest::keyClick(list, Qt::Key_Escape);
+        });
+        QCOMPARE(none, QString());
+        QVERIFY(!w.isVisible());
+    }
+
     void newEntryAndRename()
     {
         Fixture f;

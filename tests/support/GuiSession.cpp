@@ -12,8 +12,10 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSqlQuery>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 namespace zoltest {
 
@@ -200,6 +202,25 @@ GuiSession::Opened GuiSession::trigger(const QString &actionName, const std::fun
     return out;
 }
 
+QString GuiSession::pointAtComponent()
+{
+    frmMain &w = main();
+    QSqlQuery q(sql());
+    q.exec(QStringLiteral("SELECT FileIndex, FileAbove FROM ProtokollKopf WHERE FileTyp = 'F' AND Katalog = '0' "
+                          "ORDER BY Text LIMIT 1"));
+    if (!q.next())
+        return {};
+    w.findChild<QAction *>(QStringLiteral("mnuViewMode0"))->trigger();
+    if (!w.selectTreeKey(q.value(1).toString()))
+        return {};
+    w.selectListKeys({q.value(0).toString()});
+    auto *list = w.findChild<QTreeView *>(QStringLiteral("lvListView"));
+    QApplication::setActiveWindow(&w);
+    list->setFocus();
+    QApplication::processEvents();
+    return q.value(0).toString();
+}
+
 namespace {
 QWidget *keyTarget()
 {
@@ -216,8 +237,11 @@ QWidget *keyTarget()
 
 void GuiSession::type(const QString &text)
 {
-    if (QWidget *w = keyTarget())
-        QTest::keyClicks(w, text);
+    // Each key goes where the focus is when it is pressed: the first key of a
+    // grid cell opens the editor that takes the rest.
+    for (QChar c : text)
+        if (QWidget *w = keyTarget())
+            QTest::keyClicks(w, QString(c));
 }
 
 void GuiSession::press(Qt::Key key, Qt::KeyboardModifiers modifiers)

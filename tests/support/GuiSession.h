@@ -67,6 +67,11 @@ public:
     // modal window while it is open.
     Opened trigger(const QString &actionName, const std::function<void(QWidget *)> &whileModal = {});
 
+    // The first component of the plant (by name) selected in the list, the
+    // list with the focus: the state a user is in before most commands.
+    // Gives its FileIndex, empty when the plant has none.
+    QString pointAtComponent();
+
     // Presses keys in the widget that has the focus (the active window's when
     // none has it), as a user types.
     static void type(const QString &text);

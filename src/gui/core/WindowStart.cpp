@@ -2,6 +2,7 @@
 #include "frmFirstTime.h"
 #include "frmLogin.h"
 #include "frmSplash.h"
+#include "WindowRules.h"
 #include "gui/print/PrinterFWindow.h"
 #include "gui/structure/frmMain.h"
 #include "zol/core/Options.h"
@@ -22,6 +23,7 @@ frmFirstTime *WindowStart::firstTimeWindow() const { return m_firstTime.data(); 
 
 zol::Startup::Result WindowStart::run(const QDate &today)
 {
+    zolgui::installWindowRules();
     zol::StartHooks hooks;
     hooks.showLogin = [this](zol::Session &s) {
         frmLogin login(s);

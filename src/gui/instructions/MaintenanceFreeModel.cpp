@@ -62,9 +62,7 @@ QVariant MaintenanceFreeModel::headerData(int section, Qt::Orientation orientati
         static const QStringList titles{tr("von Woche"), tr("bis Woche"), tr("Kommentar")};
         return titles.value(section);
     }
-    if (section == m_dirtyRow)
-        return QStringLiteral("✎");
-    return section == m_rows.size() ? QStringLiteral("*") : QString();
+    return rowMarker(section);
 }
 
 Qt::ItemFlags MaintenanceFreeModel::flags(const QModelIndex &index) const

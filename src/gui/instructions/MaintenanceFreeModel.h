@@ -27,6 +27,7 @@ public:
     bool isDirty(int row) const override { return row >= 0 && row == m_dirtyRow; }
     bool writeRow(int row) override;
     void revertRow(int row) override;
+    bool isNewRow(int row) const override { return !m_readOnly && row == m_rows.size(); }
 
 private:
     zol::WartungsfreieZeitRow rowAt(int row) const;

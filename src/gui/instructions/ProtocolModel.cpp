@@ -69,11 +69,7 @@ QVariant ProtocolModel::headerData(int section, Qt::Orientation orientation, int
         return {};
     if (orientation == Qt::Horizontal)
         return columnTitle(section);
-    if (section == m_dirtyRow)
-        return QStringLiteral("✎");
-    if (isNewRow(section))
-        return QStringLiteral("*");
-    return QString();
+    return rowMarker(section);
 }
 
 Qt::ItemFlags ProtocolModel::flags(const QModelIndex &index) const

@@ -13,7 +13,7 @@ public:
     void reload();
     // The stored lines in the grid's order, without the new row.
     const QList<zol::InstructionRow> &rows() const { return m_rows; }
-    bool isNewRow(int row) const { return m_allowAddNew && row == m_rows.size(); }
+    bool isNewRow(int row) const override { return m_allowAddNew && row == m_rows.size(); }
     // The row with its unwritten changes (the new row included).
     zol::InstructionRow rowAt(int row) const;
     // Takes changed values of a row from outside the cells (a catalog choice);

@@ -32,6 +32,29 @@ void RuledSelectionModel::select(const QItemSelection &selection, QItemSelection
     QItemSelectionModel::select(selection, command);
 }
 
+void RuledTableModel::setCurrentRow(int row)
+{
+    if (row == m_currentRow)
+        return;
+    const int old = m_currentRow;
+    m_currentRow = row;
+    if (old >= 0 && old < rowCount())
+        Q_EMIT headerDataChanged(Qt::Vertical, old, old);
+    if (row >= 0 && row < rowCount())
+        Q_EMIT headerDataChanged(Qt::Vertical, row, row);
+}
+
+QVariant RuledTableModel::rowMarker(int row) const
+{
+    if (isDirty(row))
+        return QStringLiteral("✎");
+    if (row == m_currentRow)
+        return QStringLiteral("▶");
+    if (isNewRow(row))
+        return QStringLiteral("*");
+    return QString();
+}
+
 QWidget *RuledDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
 {
     auto *edit = new QLineEdit(parent);
@@ -63,6 +86,14 @@ bool RuledDelegate::eventFilter(QObject *watched, QEvent *event)
                 Q_EMIT cellButtonPressed(at.column());
             return true;
         }
+        // Enter ends the cell and goes on to the next one, as Tab does.
+        if ((ke->key() == Qt::Key_Return || ke->key() == Qt::Key_Enter) && ke->modifiers() == Qt::NoModifier) {
+            if (auto *editor = qobject_cast<QWidget *>(watched)) {
+                Q_EMIT commitData(editor);
+                Q_EMIT closeEditor(editor, QAbstractItemDelegate::EditNextItem);
+            }
+            return true;
+        }
     }
     return QStyledItemDelegate::eventFilter(watched, event);
 }
@@ -90,8 +121,21 @@ void RuledTableView::setModel(QAbstractItemModel *model)
     QItemSelectionModel *before = selectionModel();
     QTableView::setModel(model);
     QItemSelectionModel *created = selectionModel();
-    if (model)
+    if (model) {
         setSelectionModel(new RuledSelectionModel(model, this));
+        connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current) {
+            if (RuledTableModel *m = ruledModel())
+                m->setCurrentRow(current.row());
+        });
+        // Rows written, deleted or read anew move the current row without a signal of its own.
+        const auto follow = [this] {
+            if (RuledTableModel *m = ruledModel())
+                m->setCurrentRow(currentIndex().row());
+        };
+        connect(model, &QAbstractItemModel::rowsInserted, this, follow);
+        connect(model, &QAbstractItemModel::rowsRemoved, this, follow);
+        connect(model, &QAbstractItemModel::modelReset, this, follow);
+    }
     if (created && created != selectionModel())
         created->deleteLater();
     if (before && before != created)
@@ -241,7 +285,43 @@ void RuledTableView::keyPressEvent(QKeyEvent *event)
             return;
         }
     }
+    // Enter outside a cell goes on to the next cell, as in a cell.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && event->modifiers() == Qt::NoModifier
+        && state() != QAbstractItemView::EditingState) {
+        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        QTableView::keyPressEvent(&tab);
+        event->accept();
+        return;
+    }
     QTableView::keyPressEvent(event);
+}
+
+QModelIndex RuledTableView::moveCursor(QAbstractItemView::CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    RuledTableModel *m = ruledModel();
+    const QModelIndex cur = currentIndex();
+    if (!m || !cur.isValid() || cur.row() != m->rowCount() - 1)
+        return QTableView::moveCursor(action, modifiers);
+    int first = -1;
+    int last = -1;
+    for (int col = 0; col < m->columnCount(); ++col)
+        if (!isColumnHidden(col)) {
+            if (first < 0)
+                first = col;
+            last = col;
+        }
+    const bool onward = action == MoveNext && cur.column() == last;
+    if (action != MoveDown && !onward)
+        return QTableView::moveCursor(action, modifiers);
+    // The row is left: its open cell is ended and the row written, as moving to
+    // another row would. A refusal keeps the row current.
+    if (!finishEditing())
+        return cur;
+    if (m->isDirty(cur.row()) && !m->writeRow(cur.row()))
+        return currentIndex();
+    // A written new row stands above a fresh new row, which is now the current one.
+    const QModelIndex now = currentIndex();
+    return onward && m->isNewRow(now.row()) ? m->index(now.row(), first) : now;
 }
 
 bool RuledTableView::edit(const QModelIndex &index, QAbstractItemView::EditTrigger trigger, QEvent *event)

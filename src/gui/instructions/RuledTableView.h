@@ -25,6 +25,20 @@ public:
     virtual void revertRow(int row) = 0;
     // Columns whose cells have a button (the catalogs and the hints).
     virtual bool hasCellButton(int col) const { return false; }
+    // Whether the row is the empty row that takes a new line.
+    virtual bool isNewRow(int row) const = 0;
+
+    // The row the grid stands on, shown in the row header.
+    void setCurrentRow(int row);
+    int currentRow() const { return m_currentRow; }
+
+protected:
+    // The row header as a data grid shows it: a pencil on a changed row, an
+    // arrow on the current row, a star on the new row.
+    QVariant rowMarker(int row) const;
+
+private:
+    int m_currentRow = -1;
 };
 
 class RuledTableView;
@@ -94,6 +108,9 @@ protected:
     void commitData(QWidget *editor) override;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void keyPressEvent(QKeyEvent *event) override;
+    // Down, or Tab and Enter in the last column, on the last row leave that
+    // row: it is written and the fresh new row follows.
+    QModelIndex moveCursor(QAbstractItemView::CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
     void keepEditor(QWidget *editor);

@@ -4,8 +4,10 @@
 #include "ui_frmKatalog.h"
 #include "zol/core/Settings.h"
 #include "zol/print/PrinterF.h"
+#include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QSet>
@@ -168,6 +170,21 @@ bool frmKatalog::eventFilter(QObject *watched, QEvent *event)
             m_listHasFocus = true;
         else if (watched == ui->tvTreeView)
             m_listHasFocus = false;
+    }
+    // Picking, Enter on an entry of the list chooses it as a double click does;
+    // Escape closes the catalog without a choice. A rename ends with them as usual.
+    if (m_picker && event->type() == QEvent::KeyPress && watched == ui->lvListView
+        && !(QApplication::focusWidget() && QApplication::focusWidget() != ui->lvListView
+             && ui->lvListView->isAncestorOf(QApplication::focusWidget()))) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && ui->lvListView->currentItem()) {
+            listDoubleClicked(ui->lvListView->currentItem());
+            return true;
+        }
+        if (key == Qt::Key_Escape) {
+            hide();
+            return true;
+        }
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -1,12 +1,16 @@
 #include "frmMDIProtokolle.h"
+#include "RuledTableView.h"
 #include "frmProtokollPosition.h"
+#include "gui/core/ProgramIcon.h"
 #include "gui/core/WindowState.h"
 #include "zol/core/Settings.h"
 #include "zol/instructions/RowBuffer.h"
 #include "zol/structure/Node.h"
 #include <QCloseEvent>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 
 namespace {
 constexpr int TwipsPerPixel = 15;
@@ -70,9 +74,19 @@ frmProtokoll *frmMDIProtokolle::zeig(const QString &fileIndex, const QString &te
     sub->setObjectName(QStringLiteral("sub_") + key);
     connect(p, &frmProtokoll::arrangeRequested, this, &frmMDIProtokolle::arrange);
     connect(p, &frmProtokoll::positionRequested, this, [this, p](int mode) { m_position->zeig(*p, mode); });
+    sub->setWindowIcon(programIcon());
     p->zeig(key, caption);
+    // A first window is as wide as its columns, as far as the frame allows.
+    const RuledTableView *grid = p->grid();
+    int columns = grid->verticalHeader()->sizeHint().width() + grid->frameWidth() * 2
+        + grid->verticalScrollBar()->sizeHint().width() + 24;
+    for (int col = 0; grid->model() && col < grid->model()->columnCount(); ++col)
+        if (!grid->isColumnHidden(col))
+            columns += grid->columnWidth(col);
+    const int room = m_area->viewport()->width() > 100 ? m_area->viewport()->width() : width();
+    const int breite = qMax(9000 / TwipsPerPixel, qMin(columns, room));
     const int state = restoreWindowState(sub, m_session.section(QStringLiteral("\\env\\Protokoll")),
-                                         {QRect(0, 0, 9000 / TwipsPerPixel, 6000 / TwipsPerPixel), 0});
+                                         {QRect(0, 0, breite, 6000 / TwipsPerPixel), 0});
     show();
     if (state == 2)
         sub->showMaximized();

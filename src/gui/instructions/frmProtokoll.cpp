@@ -295,7 +295,8 @@ void frmProtokoll::deleteRows()
 
 void frmProtokoll::refresh()
 {
-    if (!m_model || m_model->rows().isEmpty() || !leaveRow())
+    // A row typed into an empty list is written first and then counts.
+    if (!m_model || !leaveRow() || m_model->rows().isEmpty())
         return;
     const int line = currentLine();
     const QString o = line >= 0 ? m_model->rows().at(line).Objekt : QString();
@@ -330,9 +331,22 @@ bool frmProtokoll::eventFilter(QObject *watched, QEvent *event)
             }
             return true;
         } else if (me->button() == Qt::RightButton) {
-            // Only a click outside the current cell opens the pop-up.
-            if (view->indexAt(pos) != view->currentIndex())
-                showPopup(me->globalPosition().toPoint());
+            // Only a click outside the current cell opens the pop-up, and the
+            // cell under the pointer becomes current first, so the pop-up acts
+            // on the row pointed at; a row the rules keep current opens nothing.
+            const QModelIndex at = view->indexAt(pos);
+            if (at == view->currentIndex())
+                return true;
+            if (at.isValid()) {
+                // A selection that holds the row stays; otherwise the row alone is selected.
+                const bool selected = view->selectionModel()->isRowSelected(at.row(), {});
+                view->selectionModel()->setCurrentIndex(at, QItemSelectionModel::NoUpdate);
+                if (view->currentIndex() != at)
+                    return true;
+                if (!selected)
+                    view->selectionModel()->select(at, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            }
+            showPopup(me->globalPosition().toPoint());
             return true;
         }
     }

@@ -4,6 +4,7 @@
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include <QApplication>
+#include <QHash>
 #include <QRegularExpressionValidator>
 #include <QSqlQuery>
 
@@ -14,6 +15,20 @@ int sizeOf(const char *field)
 {
     return zol::Schema::Size(zol::TabPositionen, QString::fromLatin1(field));
 }
+
+// Decimals are kept with a comma: a typed or pasted point becomes one.
+class DecimalCommaValidator : public QRegularExpressionValidator {
+public:
+    explicit DecimalCommaValidator(QObject *parent)
+        : QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*,?\\d*")), parent)
+    {
+    }
+    State validate(QString &input, int &pos) const override
+    {
+        input.replace(QLatin1Char('.'), QLatin1Char(','));
+        return QRegularExpressionValidator::validate(input, pos);
+    }
+};
 
 // A combo box of free text stops at the field's size.
 void limit(QComboBox *box, const char *field)
@@ -32,7 +47,7 @@ frmProtokollPosition::frmProtokollPosition(zol::Session &session, QWidget *paren
     setModal(true);
 
     auto *digits = new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")), this);
-    auto *decimal = new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*,?\\d*")), this);
+    auto *decimal = new DecimalCommaValidator(this);
     for (QLineEdit *e : {ui->txtObjekt, ui->txtAnweisung, ui->txtAnzahlPersonen})
         e->setValidator(digits);
     for (QLineEdit *e : {ui->txtPlanzeit, ui->txtMaterialMenge})
@@ -166,14 +181,20 @@ void frmProtokollPosition::Ok()
     InstructionRow written;
     if (!m_rules->ok(f, m_mode, rows, current, &written)) {
         // The focus goes to the control the refusal is about.
-        if (f.Anweisung.trimmed().isEmpty())
-            ui->txtAnweisung->setFocus();
-        else if (f.Objekt.trimmed().isEmpty())
-            ui->txtObjekt->setFocus();
-        else if (f.AnzahlPersonen.trimmed().isEmpty())
-            ui->txtAnzahlPersonen->setFocus();
-        else
-            ui->txtAnweisung->setFocus();
+        const QHash<QString, QWidget *> controls{
+            {QStringLiteral("Objekt"), ui->txtObjekt},
+            {QStringLiteral("Anweisung"), ui->txtAnweisung},
+            {QStringLiteral("Text"), ui->txtText},
+            {QStringLiteral("Ausfuehrender"), ui->dbcGewerk},
+            {QStringLiteral("Betriebszustand"), ui->cmbBetriebszustand},
+            {QStringLiteral("AnzahlPersonen"), ui->txtAnzahlPersonen},
+            {QStringLiteral("Sicherheitshinweis"), ui->dbcSicherheitshinweis},
+            {QStringLiteral("Intervall"), ui->dbcIntervall},
+            {QStringLiteral("Planzeit"), ui->txtPlanzeit},
+            {QStringLiteral("Materialcode"), ui->dbcMaterialCode},
+            {QStringLiteral("Materialmenge"), ui->txtMaterialMenge}};
+        if (QWidget *w = controls.value(m_rules->refusedField()))
+            w->setFocus();
         return;
     }
     fill(f);

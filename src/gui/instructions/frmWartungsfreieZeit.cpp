@@ -3,6 +3,7 @@
 #include "MaintenanceFreeModel.h"
 #include "gui/core/WindowState.h"
 #include "zol/core/Settings.h"
+#include "zol/instructions/ProtocolGridRules.h"
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -66,7 +67,11 @@ bool frmWartungsfreieZeit::eventFilter(QObject *watched, QEvent *event)
         if (!rows.isEmpty()) {
             QList<int> numbers;
             for (const QModelIndex &i : rows)
-                numbers << i.row();
+                if (i.row() < m_model->rows().size())
+                    numbers << i.row();
+            // Nothing goes without the question the protocol grid asks.
+            if (numbers.isEmpty() || !zol::askDeleteRows(int(numbers.size())))
+                return true;
             std::sort(numbers.begin(), numbers.end(), std::greater<int>());
             for (int r : numbers)
                 m_model->deleteRow(r);

@@ -155,6 +155,15 @@ frmMain::frmMain(zol::Session &session, QWidget *parent)
             [this](const QPoint &pos) { showPopup(ui->tvTreeView, pos); });
     connect(ui->lvListView, &QWidget::customContextMenuRequested, this,
             [this](const QPoint &pos) { showPopup(ui->lvListView, pos); });
+    // A wider window widens the list: the divider stays where it was put, also
+    // when the restored window is maximised after it.
+    ui->imgSplitter->setStretchFactor(0, 0);
+    ui->imgSplitter->setStretchFactor(1, 0);
+    ui->imgSplitter->setStretchFactor(2, 1);
+    // The title over the tree follows the tree and never holds the window wide.
+    QSizePolicy titlePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    titlePolicy.setHorizontalStretch(255);
+    ui->lblTitle0->setSizePolicy(titlePolicy);
     connect(ui->imgSplitter, &QSplitter::splitterMoved, this, [this](int pos) {
         const int margin = DividerMargin / TwipsPerPixel;
         const int width = ui->imgSplitter->width();
@@ -1072,7 +1081,7 @@ void frmMain::printSearchResult()
     QList<zol::SuchFilterZeile> lines;
     for (int i = 0; i < m_filters.size(); ++i)
         if (i == 0 || m_session.options().gSpaltenIndex.contains(i))
-            lines << zol::SuchFilterZeile(m_filterLabels.at(i)->text() + QLatin1Char(':'), m_filters.at(i)->currentText());
+            lines << zol::SuchFilterZeile(zol::suchFilterCaption(i), m_filters.at(i)->currentText());
     zol::DruckeSuchergebnis(m_session, lines, m_listModel->keys(), [this](const QString &text) { setStatusText(text); });
 }
 
@@ -1126,7 +1135,11 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
                 return true;
             }
             if (watched == ui->lvListView && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)) {
-                openEntry();
+                // The Enter that ends a rename reaches the list from its editor;
+                // it ends the rename and opens nothing.
+                const QWidget *focus = QApplication::focusWidget();
+                if (!focus || focus == view || !view->isAncestorOf(focus))
+                    openEntry();
                 return true;
             }
             if (key->key() == Qt::Key_F2) {
@@ -1172,7 +1185,7 @@ void frmMain::alignTitles()
 {
     // "Protokoll Struktur:" stands over the tree, the content line over the list.
     if (ui->tvTreeView->width() > 0)
-        ui->lblTitle0->setFixedWidth(ui->tvTreeView->width() + ui->imgSplitter->handleWidth());
+        ui->lblTitle0->setMaximumWidth(ui->tvTreeView->width() + ui->imgSplitter->handleWidth());
 }
 
 void frmMain::restoreWindowState()

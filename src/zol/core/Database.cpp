@@ -1,5 +1,6 @@
 #include "Database.h"
 #include "Fault.h"
+#include "NameOrder.h"
 #include "OutputFile.h"
 #include "Schema.h"
 #include "Sql.h"
@@ -111,6 +112,7 @@ void Database::connect(int faultNumber, const QString &message)
         dropConnection(m_connectionName);
         throw Fault(faultNumber, message.arg(filePath(), why));
     }
+    registerNameCollation(db);
 }
 
 void Database::open()
@@ -173,6 +175,7 @@ void Database::create(const QString &adminName, const QString &adminPassword,
                 throw Fault(FaultNo::CannotWrite,
                             QStringLiteral("Die Datei '%1' kann nicht angelegt werden: %2").arg(filePath(), why));
             }
+            registerNameCollation(db);
         }
         try {
             // No journal file beside the temporary; a failure discards the whole file anyway.

@@ -127,7 +127,8 @@ void setzeKopfwechsel(OptionState &st, const QList<bool> &checked)
     st.gKopfwechselAlt.clear();
     for (int i = 0; i < wahl.size(); ++i) {
         const bool on = checked.value(i);
-        st.gKopfwechsel << (on ? wahl.at(i).feld : QString());
+        // The keys hold the box's caption, as the older key does; readers map it to the field.
+        st.gKopfwechsel << (on ? wahl.at(i).caption : QString());
         if (on && st.gKopfwechselAlt.isEmpty())
             st.gKopfwechselAlt = wahl.at(i).caption;
     }

@@ -86,15 +86,33 @@ QString ident(const QString &name)
 
 QString caselessGlob(const QString &text)
 {
-    QString out;
-    for (QChar c : text) {
+    const auto beideFaelle = [](QChar c) {
         const QChar lower = c.toLower(), upper = c.toUpper();
-        if (c == QLatin1Char('['))
+        return lower != upper ? QString(lower) + upper : QString(c);
+    };
+    QString out;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        const qsizetype ende = c == QLatin1Char('[') ? text.indexOf(QLatin1Char(']'), i + 2) : -1;
+        if (c == QLatin1Char('[') && ende > 0) {
+            QString set = text.mid(i + 1, ende - i - 1);
+            out += QLatin1Char('[');
+            if (set.startsWith(QLatin1Char('!'))) {
+                out += QLatin1Char('^');
+                set.remove(0, 1);
+            }
+            for (QChar m : set)
+                out += beideFaelle(m);
+            out += QLatin1Char(']');
+            i = ende;
+        } else if (c == QLatin1Char('[')) {
             out += QStringLiteral("[[]");
-        else if (lower != upper)
-            out += QLatin1Char('[') + lower + upper + QLatin1Char(']');
-        else
-            out += c;
+        } else if (c == QLatin1Char('#')) {
+            out += QStringLiteral("[0-9]");
+        } else {
+            const QString both = beideFaelle(c);
+            out += both.size() > 1 ? QLatin1Char('[') + both + QLatin1Char(']') : both;
+        }
     }
     return out;
 }

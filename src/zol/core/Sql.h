@@ -43,9 +43,11 @@ QString ident(const QString &name);
 // Use as: "... LIKE ? ESCAPE '\\'".
 QString likePattern(const QString &legacyPattern);
 
-// A text with the legacy wildcards * and ? as a GLOB pattern that ignores the
-// case of every letter, umlauts included (the database's LIKE and upper() fold
-// ASCII letters only): each letter becomes the class of its two cases.
+// A text with the legacy wildcards (* and ?, # for a digit, [abc] and [!abc]
+// for one character of a set or not of it; a [ without its ] stands for
+// itself) as a GLOB pattern that ignores the case of every letter, umlauts
+// included (the database's LIKE and upper() fold ASCII letters only): each
+// letter becomes the class of its two cases, inside a set as well.
 // Use as: "... GLOB ?".
 QString caselessGlob(const QString &text);
 

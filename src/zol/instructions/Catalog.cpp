@@ -1,6 +1,7 @@
 #include "Catalog.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include "zol/core/NameOrder.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include "zol/print/PrinterF.h"
@@ -168,7 +169,7 @@ QList<CatalogRow> Catalog::loadListView(const QString &folderKey)
     status(QStringLiteral("Lade Verzeichnis-Einträge neu"));
     QList<CatalogRow> out;
     Statement st(m_session.db(),
-                 QStringLiteral("SELECT * FROM %1 WHERE FileAbove = ? AND FileTyp = ? ORDER BY Text").arg(ident(m_kind.Table)));
+                 QStringLiteral("SELECT * FROM %1 WHERE FileAbove = ? AND FileTyp = ? ORDER BY %2").arg(ident(m_kind.Table), nameOrder(QStringLiteral("Text"))));
     for (const QString &typ : {FileTypOrdner, FileTypFile}) {
         QSqlQuery &q = st.run({folderKey, typ});
         for (const CatalogRow &r : readRows(q, m_further))

@@ -135,14 +135,20 @@ bool PositionDialogRules::pairExists(const QString &objekt, const QString &anwei
 bool PositionDialogRules::ok(PositionForm &form, int mode, const QList<InstructionRow> &rows,
                              const InstructionRow *current, InstructionRow *written)
 {
+    m_refusedField.clear();
     if (m_readOnly)
         return false;
+    // Each refusal names the field it is about, so the window can put the focus there.
+    const auto refuseAt = [this](const QString &field, const QString &text) {
+        m_refusedField = field;
+        return refuse(text);
+    };
     if (form.Anweisung.trimmed().isEmpty())
-        return refuse(QStringLiteral("Es wird eine Anweisungs-Nummer erwartet"));
+        return refuseAt(QStringLiteral("Anweisung"), QStringLiteral("Es wird eine Anweisungs-Nummer erwartet"));
     if (form.Objekt.trimmed().isEmpty())
-        return refuse(QStringLiteral("Es wird eine Objekt-Nummer erwartet"));
+        return refuseAt(QStringLiteral("Objekt"), QStringLiteral("Es wird eine Objekt-Nummer erwartet"));
     if (form.AnzahlPersonen.trimmed().isEmpty())
-        return refuse(QStringLiteral("Es wird eine Personen-Anzahl erwartet"));
+        return refuseAt(QStringLiteral("AnzahlPersonen"), QStringLiteral("Es wird eine Personen-Anzahl erwartet"));
     if (form.MaterialMenge.isEmpty() || !isNumeric(form.MaterialMenge))
         form.MaterialMenge = QStringLiteral("0,0");
     if (form.Planzeit.isEmpty() || !isNumeric(form.Planzeit))
@@ -152,12 +158,15 @@ bool PositionDialogRules::ok(PositionForm &form, int mode, const QList<Instructi
     // guards hold the same for text that reaches the rules by other roads.
     const QString objekt = formatMask(form.Objekt, MaskObjekt);
     const QString anweisung = formatMask(form.Anweisung, MaskAnweisung);
-    for (const QString &n : {objekt, anweisung, form.AnzahlPersonen})
+    const QList<QPair<QString, QString>> numbers{{QStringLiteral("Objekt"), objekt},
+                                                  {QStringLiteral("Anweisung"), anweisung},
+                                                  {QStringLiteral("AnzahlPersonen"), form.AnzahlPersonen}};
+    for (const auto &[field, n] : numbers)
         if (!isNumeric(n))
-            return refuse(InstructionText::nurNumerisch());
+            return refuseAt(field, InstructionText::nurNumerisch());
     form.Intervall = form.Intervall.toUpper();
     if (!form.Intervall.isEmpty() && !m_intervals.contains(form.Intervall))
-        return refuse(InstructionText::intervallUndefiniert());
+        return refuseAt(QStringLiteral("Intervall"), InstructionText::intervallUndefiniert());
     const QList<QPair<QString, QString>> sized{
         {QStringLiteral("Objekt"), objekt},
         {QStringLiteral("Anweisung"), anweisung},
@@ -172,7 +181,7 @@ bool PositionDialogRules::ok(PositionForm &form, int mode, const QList<Instructi
     for (const auto &[field, value] : sized) {
         const int size = Schema::Size(TabPositionen, field);
         if (size >= 0 && value.size() > size)
-            return refuse(InstructionText::hoechstens(size));
+            return refuseAt(field, InstructionText::hoechstens(size));
     }
 
     const bool insertion = mode != PositionMode::Edit;
@@ -185,7 +194,7 @@ bool PositionDialogRules::ok(PositionForm &form, int mode, const QList<Instructi
     const bool keyChanged = current
         && (formatMask(current->Objekt, MaskObjekt) != objekt || formatMask(current->Anweisung, MaskAnweisung) != anweisung);
     if (!rows.isEmpty() && (insertion || keyChanged) && pairExists(objekt, anweisung))
-        return refuse(duplicatePairText());
+        return refuseAt(QStringLiteral("Anweisung"), duplicatePairText());
 
     InstructionRow row;
     if (insertion)

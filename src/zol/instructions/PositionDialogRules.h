@@ -50,6 +50,9 @@ public:
             InstructionRow *written = nullptr);
 
     static QString duplicatePairText();
+    // The field (of ProtokollPositionen) the last refusal of ok was about; empty
+    // when it wasn't about one.
+    const QString &refusedField() const { return m_refusedField; }
 
 private:
     bool pairExists(const QString &objekt, const QString &anweisung) const;
@@ -58,6 +61,7 @@ private:
     QString m_teNummer;
     IntervalTable m_intervals;
     bool m_readOnly = true;
+    QString m_refusedField;
 };
 
 }

@@ -124,7 +124,11 @@ QList<InstructionRow> ProtocolGrid::reload()
 
 InstructionRow ProtocolGrid::newRow() const
 {
-    return newInstructionRow(m_teNummer, m_wiVerantwortlicher);
+    // The row rule puts "1W" into an instruction row; a head row has no
+    // interval, and its type stays as it was.
+    InstructionRow r = newInstructionRow(m_teNummer, m_wiVerantwortlicher);
+    r.Intervall.clear();
+    return r;
 }
 
 CellCheck ProtocolGrid::leaveCell(InstructionRow &row, int col, const QString &typed) const
@@ -165,9 +169,12 @@ CellCheck ProtocolGrid::leaveCell(InstructionRow &row, int col, const QString &t
         else if (tooLong(cell, col))
             fail(InstructionText::hoechstens(sizeOf(col)));
         break;
-    case Col::AnzahlPersonen:
     case Col::Planzeit:
     case Col::Materialmenge:
+        // Decimals are kept with a comma, as every reader of these fields expects.
+        cell.replace(QLatin1Char('.'), QLatin1Char(','));
+        [[fallthrough]];
+    case Col::AnzahlPersonen:
         if (!isNumeric(cell))
             fail(InstructionText::nurNumerisch());
         else if (tooLong(cell, col))
@@ -288,19 +295,24 @@ ProtocolGrid::WriteResult ProtocolGrid::writeRow(InstructionRow &row, bool repor
     return WriteResult::Written;
 }
 
+bool askDeleteRows(int count)
+{
+    const QString question = count < 2 ? QStringLiteral("Wollen Sie die Position wirklich löschen?")
+                                       : QStringLiteral("Wollen Sie die Position(en) wirklich löschen?");
+    return ZeigeMeldung(question, Style::YesNo) == Answer::Yes;
+}
+
 int ProtocolGrid::deleteRows(const QList<qint64> &selectedRowIds, qint64 currentRowId)
 {
     if (refuseWrite())
         return 0;
     QList<qint64> doomed;
     if (selectedRowIds.size() < 2) {
-        if (currentRowId <= 0)
-            return 0;
-        if (ZeigeMeldung(QStringLiteral("Wollen Sie die Position wirklich löschen?"), Style::YesNo) != Answer::Yes)
+        if (currentRowId <= 0 || !askDeleteRows(1))
             return 0;
         doomed << currentRowId;
     } else {
-        if (ZeigeMeldung(QStringLiteral("Wollen Sie die Position(en) wirklich löschen?"), Style::YesNo) != Answer::Yes)
+        if (!askDeleteRows(int(selectedRowIds.size())))
             return 0;
         doomed = selectedRowIds;
     }

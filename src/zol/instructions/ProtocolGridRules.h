@@ -103,4 +103,8 @@ private:
     QList<InstructionRow> m_rows;
 };
 
+// The question before rows of a grid are deleted, for one row or several;
+// true on Yes.
+bool askDeleteRows(int count);
+
 }

@@ -103,9 +103,11 @@ void druckeBlaetter(PrinterF &p, Komponenten &komp, const std::vector<AuftragZei
     const auto komponente = [&](const AuftragZeile &z) {
         const auto &node = komp.node(z.TeIndex);
         const QString pfad = node ? komp.pfad(z.TeIndex) : QString();
-        if (!Print_AnweisungsKomponente(p, node, pfad, zeile, s)) {
+        const int folge = Print_AnweisungsZeilenBedarf(p, z, komp.objektKopf(z.TeIndex, z.Objekt), s);
+        if (!Print_AnweisungsKomponente(p, node, pfad, zeile, s, folge)) {
             umbruch(z);
-            Print_AnweisungsKomponente(p, node, pfad, zeile, s);
+            // On a fresh page the block stands, however long the row under it.
+            Print_AnweisungsKomponente(p, node, pfad, zeile, s, 0);
         }
         neueSeite = false;
     };

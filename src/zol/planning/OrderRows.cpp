@@ -26,6 +26,7 @@ AuftragZeile auftragZeileAus(const QSqlQuery &q, const AuftragSpalten &c)
         *f = s();
     z.PlanZeit = q.value(c.index[size_t(i++)]).toDouble();
     z.Materialmenge = q.value(c.index[size_t(i++)]).toDouble();
+    z.AnzahlPersonenLeer = q.value(c.index[size_t(i)]).isNull();
     z.AnzahlPersonen = q.value(c.index[size_t(i++)]).toInt();
     return z;
 }

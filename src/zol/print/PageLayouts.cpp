@@ -237,10 +237,11 @@ namespace {
 // The master data block of a component over four columns; for the
 // instruction overview with the reference week and the maintenance-free weeks.
 bool komponentenBlock(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile, bool protokoll,
-                      const QString &fehlt)
+                      const QString &fehlt, int folgeZeilen)
 {
+    // The block is never left at the foot without the first row under it.
     const int n = !node ? 2 : (protokoll ? 7 : 6);
-    if (!passt(p, zeile, n, 6))
+    if (!passt(p, zeile, n + folgeZeilen, 6))
         return false;
     if (!node) {
         putLine(p, 100, zeile + 1, fehlt, true);
@@ -321,20 +322,84 @@ int textUndNummer(PrinterF &p, const QString &text, const QString &anweisung, in
     return lines;
 }
 
-void sicherheitsHinweis(PrinterF &p, const QString &hinweis, int zeile, const AnweisungsSpalten &s)
+// A value wrapped into a column of its own: broken at blanks, inside a word
+// only where one word is wider than the column; no line leaves the column.
+QStringList spalte(const PrinterF &p, const QString &text, double width)
 {
-    if (hinweis.isEmpty())
-        return;
-    const double ende = s.Personen - p.TextWidth(QStringLiteral("XX")) + p.TextWidth(QStringLiteral("I"));
-    putRight(p, ende, zeile, QStringLiteral("  ") + hinweis);
+    QStringList lines;
+    QString line;
+    for (const QString &word : text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
+        if (p.TextWidth(longer) <= width) {
+            line = longer;
+            continue;
+        }
+        if (!line.isEmpty())
+            lines << line;
+        line = word;
+        if (p.TextWidth(word) > width) {
+            // A word wider than the column is broken where it must be.
+            const QStringList parts = p.WrapText(word, width);
+            for (qsizetype i = 0; i + 1 < parts.size(); ++i)
+                lines << fit(p, parts.at(i), width);
+            line = parts.isEmpty() ? QString() : fit(p, parts.last(), width);
+        }
+    }
+    if (!line.isEmpty())
+        lines << line;
+    return lines;
+}
+
+// What an order row prints beside its text, laid out before anything is
+// printed so that the row's height is known. The safety note and the material
+// code wrap in their columns; a day strip that must share the material column
+// (the page too narrow behind the quantity) goes below code and quantity.
+struct Beiwerte {
+    QStringList hinweis;
+    double hinweisEnde = 0;
+    QStringList material;
+    QString strip;
+    double stripX = 0;
+    int stripZeile = 0;
+    double mengeBis = 0;
+    int zeilen() const
+    {
+        return qMax(qMax(int(hinweis.size()), int(material.size())), strip.isEmpty() ? 0 : stripZeile + 1);
+    }
+};
+
+Beiwerte beiwerte(const PrinterF &p, const AuftragZeile &z, const AnweisungsSpalten &s)
+{
+    Beiwerte b;
+    const double luecke = p.TextWidth(QStringLiteral(" "));
+    b.hinweisEnde = s.Personen - p.TextWidth(QStringLiteral("XX")) + p.TextWidth(QStringLiteral("I"));
+    if (!z.SicherheitsHinweis.trimmed().isEmpty())
+        b.hinweis = spalte(p, z.SicherheitsHinweis, b.hinweisEnde - s.TextRechts - p.TextWidth(QStringLiteral("  ")));
+    if (!z.Materialcode.isEmpty())
+        b.material = spalte(p, z.Materialcode, s.Menge - s.Bemerkung - luecke);
+    b.mengeBis = p.ScaleWidth();
+    b.strip = dayStrip(z.Intervall);
+    if (!b.strip.isEmpty()) {
+        // Behind the quantity where the page is wide enough for all seven days; else
+        // in the remarks column, which a strip row leaves free. All strips align.
+        b.stripX = s.Tagesleiste;
+        if (b.stripX + p.TextWidth(QStringLiteral("Mo Di Mi Do Fr Sa So _____")) > p.ScaleWidth())
+            b.stripX = s.Bemerkung;
+        if (b.stripX == s.Bemerkung)
+            b.stripZeile = qMax(int(b.material.size()), z.Materialmenge > 0 ? 1 : 0);
+        else
+            b.mengeBis = s.Tagesleiste - luecke;
+        b.strip = bisRand(p, b.stripX, b.strip);
+    }
+    return b;
 }
 
 }   // namespace
 
 bool Print_AnweisungsKomponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
-                                const AnweisungsSpalten &)
+                                const AnweisungsSpalten &, int folgeZeilen)
 {
-    return komponentenBlock(p, node, pfad, zeile, false, QStringLiteral("Komponente wurde nicht gefunden"));
+    return komponentenBlock(p, node, pfad, zeile, false, QStringLiteral("Komponente wurde nicht gefunden"), folgeZeilen);
 }
 
 bool Print_AnweisungsObjektZeile(PrinterF &p, const QString &text, const QString &objekt, int &zeile,
@@ -348,37 +413,54 @@ bool Print_AnweisungsZeile(PrinterF &p, const AuftragZeile &z, int &zeile, doubl
     if (z.Anweisung == QLatin1String("0000"))
         return objektZeile(p, z.Text, z.Objekt, zeile, s);
 
-    const int lines = textUndNummer(p, z.Text, z.Anweisung, zeile, s);
+    p.setBold(false);
+    const Beiwerte b = beiwerte(p, z, s);
+    if (!passt(p, zeile, b.zeilen(), 6))
+        return false;
+    int lines = textUndNummer(p, z.Text, z.Anweisung, zeile, s);
     if (lines == 0)
         return false;
-    sicherheitsHinweis(p, z.SicherheitsHinweis, zeile, s);
-    if (z.AnzahlPersonen != 0)
-        putLine(p, s.Personen, zeile, QString::number(z.AnzahlPersonen));
+    const double luecke = p.TextWidth(QStringLiteral(" "));
+    for (int i = 0; i < b.hinweis.size(); ++i)
+        putRight(p, b.hinweisEnde, zeile + i, QStringLiteral("  ") + b.hinweis.at(i));
+    if (!z.AnzahlPersonenLeer)
+        putLine(p, s.Personen, zeile, fit(p, QString::number(z.AnzahlPersonen), s.Betrieb - s.Personen - luecke));
     if (!z.Betriebszustand.isEmpty() && z.Betriebszustand != QLatin1String("X"))
-        putLine(p, s.Betrieb, zeile, z.Betriebszustand);
+        putLine(p, s.Betrieb, zeile, fit(p, z.Betriebszustand, s.Intervall - s.Betrieb - luecke));
     if (!z.Intervall.isEmpty())
-        putLine(p, s.Intervall, zeile, z.Intervall);
-    putLine(p, s.Zeit, zeile, maske01(z.PlanZeit));
+        putLine(p, s.Intervall, zeile, fit(p, z.Intervall, s.Zeit - s.Intervall - luecke));
+    putLine(p, s.Zeit, zeile, fit(p, maske01(z.PlanZeit), s.Bemerkung - s.Zeit - luecke));
     summe += z.PlanZeit;
     p.setBold(false);
 
+    // The line for the worker's remarks is written on: code and quantity stand on it.
     if (!z.Intervall.endsWith(QLatin1Char('T')))
         putLine(p, s.Bemerkung, zeile, bisRand(p, s.Bemerkung, QStringLiteral("________________________________________")));
-    if (!z.Materialcode.isEmpty())
-        putLine(p, s.Bemerkung, zeile, z.Materialcode);
+    for (int i = 0; i < b.material.size(); ++i)
+        putLine(p, s.Bemerkung, zeile + i, b.material.at(i));
     if (z.Materialmenge > 0)
-        putLine(p, s.Menge, zeile, maske01(z.Materialmenge));
-    const QString strip = dayStrip(z.Intervall);
-    if (!strip.isEmpty()) {
-        // Behind the quantity where the page is wide enough for all seven days; else
-        // in the remarks column, which a strip row leaves free. All strips align.
-        double x = s.Tagesleiste;
-        if (x + p.TextWidth(QStringLiteral("Mo Di Mi Do Fr Sa So _____")) > p.ScaleWidth())
-            x = s.Bemerkung;
-        putLine(p, x, zeile, bisRand(p, x, strip));
-    }
-    zeile += lines;
+        putLine(p, s.Menge, zeile, fit(p, maske01(z.Materialmenge), b.mengeBis - s.Menge));
+    if (!b.strip.isEmpty())
+        putLine(p, b.stripX, zeile + b.stripZeile, b.strip);
+    zeile += qMax(lines, b.zeilen());
     return true;
+}
+
+int Print_AnweisungsZeilenBedarf(PrinterF &p, const AuftragZeile &z, const QString &objektKopf,
+                                 const AnweisungsSpalten &s)
+{
+    const auto textZeilen = [&](QString text, bool bold) {
+        p.setBold(bold);
+        // PrintText only counts where there is no room at all.
+        const int n = text.isEmpty() ? 1 : p.PrintText(text, int(s.Text), int(s.TextRechts), 0, 0, QStringLiteral(" "));
+        p.setBold(false);
+        return n;
+    };
+    if (z.Anweisung == QLatin1String("0000"))
+        return textZeilen(objektKopf.isEmpty() ? z.Text : objektKopf, true);
+    // An object head goes with the instruction under it.
+    const int kopf = objektKopf.isEmpty() ? 0 : textZeilen(objektKopf, true);
+    return kopf + qMax(textZeilen(z.Text, false), beiwerte(p, z, s).zeilen());
 }
 
 void Print_AnweisungsFusszeile(PrinterF &p, int zeile, double summe, const AnweisungsSpalten &)
@@ -477,33 +559,39 @@ int Print_Protokoll_Kopf(PrinterF &p, const QString &datum, const AnweisungsSpal
 bool Print_Protokoll_Komponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
                                 const AnweisungsSpalten &)
 {
-    return komponentenBlock(p, node, pfad, zeile, true, QStringLiteral("Komponente nicht gefunden"));
+    return komponentenBlock(p, node, pfad, zeile, true, QStringLiteral("Komponente nicht gefunden"), 1);
 }
 
 bool Print_Protokoll_Zeile(PrinterF &p, const PositionZeile &z, int &zeile, const AnweisungsSpalten &s)
 {
     if (z.Anweisung == QLatin1String("0000"))
         return objektZeile(p, z.Text, z.Objekt, zeile, s);
+    // The trade wraps in the last column, at its blanks.
+    p.setBold(false);
+    const QStringList gewerk = spalte(p, z.Ausfuehrender, p.ScaleWidth() - s.Zehn);
+    if (!passt(p, zeile, int(gewerk.size()), 6))
+        return false;
     const int lines = textUndNummer(p, z.Text, z.Anweisung, zeile, s);
     if (lines == 0)
         return false;
     // The overview has no room for the safety note in front of the persons: it stands under its head.
+    const double luecke = p.TextWidth(QStringLiteral(" "));
     if (!z.Sicherheitshinweis.isEmpty())
-        putLine(p, s.TextRechts, zeile, QStringLiteral("  ") + fit(p, z.Sicherheitshinweis, s.Personen - s.TextRechts - 60));
-    if (!z.AnzahlPersonen.trimmed().isEmpty() && z.AnzahlPersonen.trimmed() != QLatin1String("0"))
-        putLine(p, s.Personen, zeile, z.AnzahlPersonen.trimmed());
+        putLine(p, s.TextRechts, zeile, fit(p, QStringLiteral("  ") + z.Sicherheitshinweis, s.Personen - s.TextRechts - luecke));
+    if (!z.AnzahlPersonen.trimmed().isEmpty())
+        putLine(p, s.Personen, zeile, fit(p, z.AnzahlPersonen.trimmed(), s.Betrieb - s.Personen - luecke));
     if (!z.Betriebszustand.isEmpty() && z.Betriebszustand != QLatin1String("X"))
-        putLine(p, s.Betrieb, zeile, z.Betriebszustand);
+        putLine(p, s.Betrieb, zeile, fit(p, z.Betriebszustand, s.Intervall - s.Betrieb - luecke));
     if (!z.Intervall.isEmpty())
-        putLine(p, s.Intervall, zeile, z.Intervall);
+        putLine(p, s.Intervall, zeile, fit(p, z.Intervall, s.Zeit - s.Intervall - luecke));
     if (!z.Materialcode.isEmpty())
-        putLine(p, s.Zeit, zeile, fit(p, z.Materialcode, s.Menge - s.Zeit - 60));
+        putLine(p, s.Zeit, zeile, fit(p, z.Materialcode, s.Menge - s.Zeit - luecke));
     if (zahl(z.Materialmenge) > 0)
-        putLine(p, s.Menge, zeile, maske01(zahl(z.Materialmenge)));
-    putLine(p, s.Neun, zeile, maske01(zahl(z.Planzeit)));
-    if (!z.Ausfuehrender.isEmpty())
-        putLine(p, s.Zehn, zeile, fit(p, z.Ausfuehrender, p.ScaleWidth() - s.Zehn));
-    zeile += lines;
+        putLine(p, s.Menge, zeile, fit(p, maske01(zahl(z.Materialmenge)), s.Neun - s.Menge - luecke));
+    putLine(p, s.Neun, zeile, fit(p, maske01(zahl(z.Planzeit)), s.Zehn - s.Neun - luecke));
+    for (int i = 0; i < gewerk.size(); ++i)
+        putLine(p, s.Zehn, zeile + i, gewerk.at(i));
+    zeile += qMax(lines, int(gewerk.size()));
     return true;
 }
 

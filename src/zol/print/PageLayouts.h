@@ -20,6 +20,7 @@ struct AuftragZeile {
     double PlanZeit = 0;
     double Materialmenge = 0;
     int AnzahlPersonen = 0;
+    bool AnzahlPersonenLeer = false;   // the field holds nothing (NULL)
     // The value of an Auftrag field by its name (any case), as text.
     QString value(const QString &field) const;
 };
@@ -72,10 +73,15 @@ struct AnweisungsKopfDaten {
 
 // Each returns the first free line below what it printed.
 int Print_AnweisungsKopf(PrinterF &p, const AnweisungsKopfDaten &kopf, const AnweisungsSpalten &s);
-// The component block; false, with nothing printed, when it doesn't fit above the foot.
+// The component block; false, with nothing printed, when it doesn't fit above the
+// foot together with folgeZeilen lines of the first row under it.
 // pfad is the path through FileAbove; a missing node prints "Komponente wurde nicht gefunden".
 bool Print_AnweisungsKomponente(PrinterF &p, const std::optional<Node> &node, const QString &pfad, int &zeile,
-                                const AnweisungsSpalten &s);
+                                const AnweisungsSpalten &s, int folgeZeilen = 1);
+// The lines the first row under a component block takes: the order row, and
+// its object head above it when one is printed (objektKopf).
+int Print_AnweisungsZeilenBedarf(PrinterF &p, const AuftragZeile &z, const QString &objektKopf,
+                                 const AnweisungsSpalten &s);
 bool Print_AnweisungsObjektZeile(PrinterF &p, const QString &text, const QString &objekt, int &zeile,
                                  const AnweisungsSpalten &s);
 // One order row; false, with the line counter unchanged, when it doesn't fit.

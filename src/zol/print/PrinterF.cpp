@@ -187,6 +187,14 @@ int PrinterF::PrintText(QString &text, int X1, int X2, int Y, int Ymax, const QS
     return lines;
 }
 
+QStringList PrinterF::WrapText(const QString &text, double width, const QString &separators) const
+{
+    QStringList lines;
+    if (!text.isEmpty())
+        wrapParagraph(text, width, separators, *m_metrics, m_Bold, [&](const QString &line) { lines << line; });
+    return lines;
+}
+
 int PrinterF::Print_UnterenRand(int count, int X, int, int Y, int Ymax)
 {
     const int H = int(std::nearbyint(TextHeight()));

@@ -2,6 +2,7 @@
 #include "PageMetrics.h"
 #include "PageStore.h"
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class QPagedPaintDevice;
@@ -68,6 +69,9 @@ public:
     // gives the number of lines in both cases. When printed, `text` holds
     // the last paragraph afterwards.
     int PrintText(QString &text, int X1, int X2, int Y, int Ymax, const QString &separators);
+    // The lines PrintText would make of one paragraph in a column of that
+    // width, without printing them.
+    QStringList WrapText(const QString &text, double width, const QString &separators = QStringLiteral(" ")) const;
     // Fills from Y down to Ymax with blank lines at X; gives count plus the lines.
     int Print_UnterenRand(int count, int X, int unused, int Y, int Ymax);
     // Ends the job: to the printer in direct mode, to the preview presenter

@@ -4,6 +4,7 @@
 #include "zol/core/RecordKeys.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
+#include "zol/instructions/InstructionRow.h"
 #include <QHash>
 
 namespace zol {
@@ -360,6 +361,12 @@ QList<Catalog> catalogs()
     };
 }
 
+// The table gives the times in hours, as a planner thinks of them; the field holds minutes.
+QString minuten(const char *stunden)
+{
+    return QString::number(numericValue(QString::fromUtf8(stunden)) * 60, 'f', 1).replace(QLatin1Char('.'), QLatin1Char(','));
+}
+
 class Writer {
 public:
     Writer(const QSqlDatabase &db, int jahr)
@@ -480,7 +487,7 @@ private:
                     : QString();
                 m_line.run({teNummer, obj, QStringLiteral("%1").arg(anweisung, 4, 10, QLatin1Char('0')),
                             QString::fromUtf8(l.text), trade, QString::fromUtf8(l.state),
-                            QString::number(l.persons), hinweis, interval, QString::fromUtf8(l.planzeit),
+                            QString::number(l.persons), hinweis, interval, minuten(l.planzeit),
                             QString::fromUtf8(l.material), QString::fromUtf8(l.menge), m_typ.value(interval)});
             }
         }

@@ -1,6 +1,7 @@
 #include "Explorer.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include "zol/core/NameOrder.h"
 #include "zol/core/RecordKeys.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
@@ -182,7 +183,7 @@ ExplorerTree LoadTree(const QSqlDatabase &db, const ExplorerTable &table)
     ExplorerTree tree;
     tree.m_plant = table.plant;
     QHash<QString, QList<TreeNode>> all;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM %1 WHERE FileTyp = 'O' ORDER BY Text").arg(tableSql(table)));
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM %1 WHERE FileTyp = 'O' ORDER BY %2").arg(tableSql(table), nameOrder(QStringLiteral("Text"))));
     while (q.next()) {
         TreeNode n{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
         all[n.FileAbove].append(n);
@@ -210,8 +211,10 @@ ExplorerTree LoadTree(const QSqlDatabase &db, const ExplorerTable &table)
 QList<TreeNode> LoadTreeSub(const QSqlDatabase &db, const QString &parentKey)
 {
     QList<TreeNode> out;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex, FileAbove, Text FROM ProtokollKopf "
-                                          "WHERE FileAbove = ? AND FileTyp = 'O' ORDER BY Text"),
+    QSqlQuery q = exec(db,
+                       QStringLiteral("SELECT FileIndex, FileAbove, Text FROM ProtokollKopf "
+                                      "WHERE FileAbove = ? AND FileTyp = 'O' ORDER BY ")
+                           + nameOrder(QStringLiteral("Text")),
                        {parentKey});
     while (q.next())
         out << TreeNode{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
@@ -221,7 +224,7 @@ QList<TreeNode> LoadTreeSub(const QSqlDatabase &db, const QString &parentKey)
 QList<Node> LoadListView(const QSqlDatabase &db, const QString &folderKey)
 {
     QList<Node> out;
-    Statement st(db, QStringLiteral("SELECT * FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp = ? ORDER BY Text"));
+    Statement st(db, QStringLiteral("SELECT * FROM ProtokollKopf WHERE FileAbove = ? AND FileTyp = ? ORDER BY ") + nameOrder(QStringLiteral("Text")));
     for (const QString &typ : {FileTypOrdner, FileTypFile}) {
         QSqlQuery &q = st.run({folderKey, typ});
         while (q.next()) {

@@ -2,6 +2,7 @@
 #include "Explorer.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include "zol/core/NameOrder.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include "zol/planning/WeekCalendar.h"
@@ -107,7 +108,7 @@ QStringList stammdatenAuswahl(const QSqlDatabase &db, const QString &field)
 
 QStringList benennungAuswahl(const QSqlDatabase &db)
 {
-    QSqlQuery q = exec(db, QStringLiteral("select distinct [Text] FROM ProtokollKopf WHERE [KATALOG]=? order by [Text]"),
+    QSqlQuery q = exec(db, QStringLiteral("select distinct [Text] FROM ProtokollKopf WHERE [KATALOG]=? order by ") + nameOrder(QStringLiteral("[Text]")),
                        {QStringLiteral("1")});
     QStringList out;
     while (q.next())
@@ -120,7 +121,7 @@ QStringList katalogEintraege(const QSqlDatabase &db, const QString &catalogTable
 {
     if (!Schema::catalogTables().contains(catalogTable))
         return {};
-    QSqlQuery q = exec(db, QStringLiteral("select [Text] from %1 where [FileTyp] = ? order by [Text]").arg(ident(catalogTable)),
+    QSqlQuery q = exec(db, QStringLiteral("select [Text] from %1 where [FileTyp] = ? order by %2").arg(ident(catalogTable), nameOrder(QStringLiteral("[Text]"))),
                        {FileTypFile});
     QStringList out;
     while (q.next())

@@ -48,8 +48,10 @@ QString bildSection(const QString &userName, int slot)
 
 WindowGeometry bildFensterVorgabe()
 {
+    // Left and Top default to 500 twips; window places are kept in pixels.
+    constexpr int TwipsPerPixel = 15;
     WindowGeometry g;
-    g.rect = QRect(500, 500, 640, 480);
+    g.rect = QRect(500 / TwipsPerPixel, 500 / TwipsPerPixel, 640, 480);
     return g;
 }
 

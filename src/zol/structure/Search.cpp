@@ -1,5 +1,6 @@
 #include "Search.h"
 #include "zol/core/Messages.h"
+#include "zol/core/NameOrder.h"
 #include "zol/core/Sql.h"
 #include <QHash>
 #include <QSqlQuery>
@@ -132,7 +133,7 @@ SearchStatement searchStatement(int view, const SearchFilters &filters, const Op
     addFilter(0);
     for (int index : options.gSpaltenIndex)
         addFilter(index);
-    s.sql += QStringLiteral(" ORDER BY Text, FileIndex");
+    s.sql += QStringLiteral(" ORDER BY ") + nameOrder(QStringLiteral("Text")) + QStringLiteral(", FileIndex");
     return s;
 }
 

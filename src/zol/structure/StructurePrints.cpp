@@ -393,6 +393,11 @@ StrukturDruckStatus DruckeSuchergebnis(Session &session, const QList<SuchFilterZ
     return DruckeSuchergebnis(session, PrinterF::instance(), filter, komponenten, status);
 }
 
+QString suchFilterCaption(int index)
+{
+    return filterReihenfolge().value(index);
+}
+
 StrukturDruckStatus DruckeSuchergebnis(Session &session, PrinterF &p, const QList<SuchFilterZeile> &filter,
                                        const QStringList &komponenten, const StrukturStatus &status)
 {

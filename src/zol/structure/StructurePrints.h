@@ -50,6 +50,9 @@ StrukturDruckStatus DruckeStrukturAuswahl(Session &session, PrinterF &printer, c
 // One filter field of the search view: its caption as printed ("Name:",
 // "Bezugswoche:", ...) and the value it holds.
 using SuchFilterZeile = std::pair<QString, QString>;
+// The printed caption of the search view's filter field of that index (0 the
+// name, then the columns of the field table), whatever the field's label says.
+QString suchFilterCaption(int index);
 
 // cmdSucheDrucken: the filters of the search and the components it found
 // (their FileIndex, in the order of the list). The question "Direkt auf

@@ -175,7 +175,7 @@ private Q_SLOTS:
 
         OptionState st;
         LadeOptionen(QStringLiteral("Anna"), st);
-        QCOMPARE(st.gKopfwechsel, (QStringList{"KompBezeichnung", "", "", "Materialcode", "", ""}));
+        QCOMPARE(st.gKopfwechsel, (QStringList{"Komponente", "", "", "Material Code", "", ""}));
         QCOMPARE(st.gKopfwechselAlt, QStringLiteral("Komponente"));
         QCOMPARE(st.gAuftragsortierung, (QStringList{"IdentNr", "Kostenstelle", "Standort"}));
         QCOMPARE(st.gDruckFormat, 2);

@@ -180,10 +180,10 @@ private Q_SLOTS:
         st.gKopfwechselAlt = alt;
         QCOMPARE(kopfwechselGewaehlt(st), boxes);
 
-        // Saved from the boxes, the keys name the fields slot by slot and read back the same boxes.
+        // Saved from the boxes, the keys hold the boxes' captions slot by slot and read back the same boxes.
         setzeKopfwechsel(st, boxes);
         for (int i = 0; i < 6; ++i)
-            QCOMPARE(st.gKopfwechsel.at(i), boxes.at(i) ? kopfwechselWahl().at(i).feld : QString());
+            QCOMPARE(st.gKopfwechsel.at(i), boxes.at(i) ? kopfwechselWahl().at(i).caption : QString());
         const int first = boxes.indexOf(true);
         QCOMPARE(st.gKopfwechselAlt, first < 0 ? QString() : kopfwechselWahl().at(first).caption);
         QCOMPARE(kopfwechselGewaehlt(st), boxes);

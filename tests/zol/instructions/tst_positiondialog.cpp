@@ -80,18 +80,22 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("form");   // Objekt, Anweisung, AnzahlPersonen, Intervall
         QTest::addColumn<QString>("message");
-        QTest::newRow("no Anweisung") << QStringList{"", " ", ""} << "Es wird eine Anweisungs-Nummer erwartet";
-        QTest::newRow("no Objekt") << QStringList{"", "0030", ""} << "Es wird eine Objekt-Nummer erwartet";
-        QTest::newRow("no persons") << QStringList{"1", "0030", ""} << "Es wird eine Personen-Anzahl erwartet";
-        QTest::newRow("pair exists") << QStringList{"1", "10", "2"} << "Ein Eintrag mit diesem Objekt/Anweisungs-Paar existiert schon";
-        QTest::newRow("midpoint collision") << QStringList{"000001", "0010", "1"} << "Ein Eintrag mit diesem Objekt/Anweisungs-Paar existiert schon";
-        QTest::newRow("letters") << QStringList{"1", "3a", "1"} << "Nur numerische Zeichen erlaubt";
-        QTest::newRow("undefined interval") << QStringList{"1", "30", "1", "9X"} << "Dieses Intervall ist nicht definiert";
+        QTest::addColumn<QString>("field");   // where the window puts the focus
+        QTest::newRow("no Anweisung") << QStringList{"", " ", ""} << "Es wird eine Anweisungs-Nummer erwartet" << "Anweisung";
+        QTest::newRow("no Objekt") << QStringList{"", "0030", ""} << "Es wird eine Objekt-Nummer erwartet" << "Objekt";
+        QTest::newRow("no persons") << QStringList{"1", "0030", ""} << "Es wird eine Personen-Anzahl erwartet" << "AnzahlPersonen";
+        QTest::newRow("pair exists") << QStringList{"1", "10", "2"} << "Ein Eintrag mit diesem Objekt/Anweisungs-Paar existiert schon" << "Anweisung";
+        QTest::newRow("midpoint collision") << QStringList{"000001", "0010", "1"} << "Ein Eintrag mit diesem Objekt/Anweisungs-Paar existiert schon" << "Anweisung";
+        QTest::newRow("letters") << QStringList{"1", "3a", "1"} << "Nur numerische Zeichen erlaubt" << "Anweisung";
+        QTest::newRow("letters in persons") << QStringList{"1", "30", "x"} << "Nur numerische Zeichen erlaubt" << "AnzahlPersonen";
+        QTest::newRow("undefined interval") << QStringList{"1", "30", "1", "9X"} << "Dieses Intervall ist nicht definiert" << "Intervall";
+        QTest::newRow("persons too long") << QStringList{"1", "30", "1234"} << "Höchstens 3 Zeichen erlaubt" << "AnzahlPersonen";
     }
     void okChecksInOrder()
     {
         QFETCH(QStringList, form);
         QFETCH(QString, message);
+        QFETCH(QString, field);
         TempData d;
         const QList<InstructionRow> rows = stored(d.sql(), {"000001/0000", "000001/0010", "000001/0011"});
         PositionDialogRules rules(d.sql(), Comp, QStringLiteral("Administrator"));
@@ -104,6 +108,7 @@ private Q_SLOTS:
             f.Intervall = form[3];
         QVERIFY(!rules.ok(f, PositionMode::InsertAfter, rows, nullptr));
         QCOMPARE(p.texts(), QStringList{message});
+        QCOMPARE(rules.refusedField(), field);
         QCOMPARE(countRows(d.sql(), TabPositionen), 3);
     }
 

@@ -154,6 +154,8 @@ private Q_SLOTS:
         QTest::newRow("interval too long") << Col::Intervall << "123456" << false << "123456" << "Höchstens 5 Zeichen erlaubt";
         QTest::newRow("Planzeit 1,5") << Col::Planzeit << "1,5" << true << "1,5" << QString();
         QTest::newRow("Materialmenge x") << Col::Materialmenge << "x" << false << "x" << num;
+        QTest::newRow("Planzeit 0.5 gets a comma") << Col::Planzeit << "0.5" << true << "0,5" << QString();
+        QTest::newRow("Materialmenge .25 gets a comma") << Col::Materialmenge << ".25" << true << ",25" << QString();
     }
     void columnRule()
     {
@@ -178,6 +180,29 @@ private Q_SLOTS:
             QCOMPARE(p.lastStyle(), Style::Information);
         if (col == Col::Intervall && accepted)
             QCOMPARE(row.Intervalltyp, QStringLiteral("L"));
+    }
+
+    // A head row typed into the grid's new row has no interval, and its type stays empty.
+    void newHeadRowKeepsItsType()
+    {
+        TempData d;
+        addComponent(d.sql(), Comp, QStringLiteral("0"));
+        ProtocolGrid grid(d.sql(), Comp, QStringLiteral("Administrator"));
+        QVERIFY(grid.open());
+        grid.setNumbering({1, 20});
+        InstructionRow row = grid.newRow();
+        QVERIFY(grid.leaveCell(row, Col::Objekt, QStringLiteral("2")).accepted);
+        QVERIFY(grid.leaveCell(row, Col::Text, QStringLiteral("Getriebe")).accepted);
+        QCOMPARE(grid.writeRow(row), ProtocolGrid::WriteResult::Written);
+        const InstructionRow s = stored(d.sql(), "000002", "0000");
+        QCOMPARE(s.Intervall, QString());
+        QCOMPARE(s.Intervalltyp, QString());
+        // An instruction row typed the same way gets its interval and type from the row rule.
+        InstructionRow next = grid.newRow();
+        QVERIFY(grid.leaveCell(next, Col::Text, QStringLiteral("Ölstand")).accepted);
+        QCOMPARE(grid.writeRow(next), ProtocolGrid::WriteResult::Written);
+        QCOMPARE(stored(d.sql(), "000002", "0010").Intervalltyp, QStringLiteral("L"));
+        QCOMPARE(stored(d.sql(), "000002", "0010").Intervall, QStringLiteral("1W"));
     }
 
     void anweisungCellSideEffects()

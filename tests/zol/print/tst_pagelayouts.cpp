@@ -43,6 +43,42 @@ Node sampleNode()
     return n;
 }
 
+// Texts of a page that overlap another text of the same line or leave the
+// page: each item stands in the rectangle from its x over its width in the
+// job's type. Blanks are space, not ink; the underscores of a handwriting
+// line are written on, and count as no text.
+QStringList overlaps(PrinterF &p, const PrintPage &page)
+{
+    struct Box {
+        double x0, x1;
+        QString text;
+    };
+    QMap<int, QList<Box>> lines;
+    QStringList out;
+    for (const PrintItem &it : page.items) {
+        const QString ink = it.Text.trimmed();
+        if (ink.isEmpty() || ink.count(QLatin1Char('_')) == ink.size())
+            continue;
+        p.setBold(it.Bold);
+        const qsizetype lead = it.Text.indexOf(ink);
+        const double x0 = it.X + p.TextWidth(it.Text.left(lead));
+        const double x1 = x0 + p.TextWidth(ink);
+        if (x0 < -1 || x1 > p.ScaleWidth() + 1)
+            out << QStringLiteral("off the page: ") + ink;
+        for (const Box &b : lines[qRound(it.Y)])
+            if (x0 < b.x1 - 1 && b.x0 < x1 - 1)
+                out << b.text + QStringLiteral(" / ") + ink;
+        lines[qRound(it.Y)] << Box{x0, x1, ink};
+    }
+    p.setBold(false);
+    return out;
+}
+
+QString withoutBlanks(QString t)
+{
+    return t.remove(QLatin1Char(' '));
+}
+
 }
 
 class TestPageLayouts : public QObject {
@@ -157,6 +193,110 @@ private Q_SLOTS:
         QVERIFY(find(page(), QStringLiteral("Lüfter"))->Bold);
     }
 
+    // Rows with the longest values the catalogs hold: every value stays in its
+    // column (wrapped onto the row's next lines where it is longer), no text
+    // of a line runs over another, and nothing of the note or the code is lost.
+    void longValuesStayInTheirColumns_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QString>("intervall");
+        for (int format : {1, 2})
+            for (const char *iv : {"3M", "1T", "WT", "7T"})
+                QTest::newRow(qPrintable(QStringLiteral("%1 %2").arg(format == 1 ? "portrait" : "landscape", iv)))
+                    << format << QString::fromLatin1(iv);
+    }
+
+    void longValuesStayInTheirColumns()
+    {
+        QFETCH(int, format);
+        QFETCH(QString, intervall);
+        start(format);
+        const AnweisungsSpalten s(p);
+        const QStringList hinweise = {
+            QStringLiteral("Gehörschutz und Schutzbrille tragen, Anlage freischalten, gegen Wiedereinschalten "
+                           "sichern, Erdung!"),
+            QStringLiteral("Explosionsschutzbestimmungen-beachten-Zone1-Freigabeschein-erforderlich"),
+            QStringLiteral("Heiß!")};
+        const QStringList codes = {QStringLiteral("Wälzlagerfett-Hochtemperatur-LGHP2-400g-Kartusche"),
+                                   QStringLiteral("Wälzlagerfett"), QStringLiteral("OEL-HLP46")};
+        int zeile = 5;
+        double summe = 0;
+        for (int i = 0; i < hinweise.size(); ++i) {
+            AuftragZeile z;
+            z.Objekt = QStringLiteral("000010");
+            z.Anweisung = QStringLiteral("00%1").arg(10 * (i + 1));
+            z.Text = QStringLiteral("Lager der Antriebswelle auf Geräusche, Temperatur und Schmierung prüfen; "
+                                    "Dichtungen auf Leckage sichten").repeated(i == 0 ? 3 : 1);
+            z.SicherheitsHinweis = hinweise.at(i);
+            z.Materialcode = codes.at(i);
+            z.Materialmenge = 0.2;
+            z.AnzahlPersonen = 2;
+            z.Betriebszustand = QStringLiteral("R");
+            z.Intervall = intervall;
+            z.PlanZeit = 120;
+            const int before = zeile;
+            const size_t items = page().items.size();
+            QVERIFY(Print_AnweisungsZeile(p, z, zeile, summe, s));
+            QVERIFY(zeile > before);
+            QCOMPARE(Print_AnweisungsZeilenBedarf(p, z, {}, s), zeile - before);
+            // The note and the code are whole, over as many lines as they need.
+            QString hinweis, code;
+            for (size_t k = items; k < page().items.size(); ++k) {
+                const PrintItem &it = page().items[k];
+                p.setBold(it.Bold);
+                const double ende = s.Personen - p.TextWidth(QStringLiteral("XX")) + p.TextWidth(QStringLiteral("I"));
+                if (qAbs(it.X + p.TextWidth(it.Text) - ende) < 1)
+                    hinweis += it.Text;
+                if (qAbs(it.X - s.Bemerkung) < 1 && !it.Text.startsWith(QLatin1Char('_')) && !it.Text.startsWith(QLatin1String("Mo")))
+                    code += it.Text;
+            }
+            p.setBold(false);
+            QCOMPARE(withoutBlanks(hinweis), withoutBlanks(z.SicherheitsHinweis));
+            QCOMPARE(withoutBlanks(code), withoutBlanks(z.Materialcode));
+        }
+        const QStringList bad = overlaps(p, page());
+        QVERIFY2(bad.isEmpty(), qPrintable(bad.join(QLatin1String(" | "))));
+
+        // A person count of 0 is a value and printed; an empty field prints nothing.
+        AuftragZeile z;
+        z.Anweisung = QStringLiteral("0090");
+        z.Text = QStringLiteral("Sichtprüfung");
+        z.AnzahlPersonen = 0;
+        const auto personen = [&] {
+            int n = 0;
+            for (const PrintItem &it : page().items)
+                n += it.Text == QLatin1String("0") && qAbs(it.X - s.Personen) < 1;
+            return n;
+        };
+        QVERIFY(Print_AnweisungsZeile(p, z, zeile, summe, s));
+        QCOMPARE(personen(), 1);
+        z.AnzahlPersonenLeer = true;
+        QVERIFY(Print_AnweisungsZeile(p, z, zeile, summe, s));
+        QCOMPARE(personen(), 1);
+    }
+
+    // A component block is never left at the foot without the first row under it.
+    void componentBlockKeepsItsFirstRow()
+    {
+        start();
+        const AnweisungsSpalten s(p);
+        AuftragZeile z;
+        z.Anweisung = QStringLiteral("0010");
+        z.Text = QStringLiteral("Prüfen");
+        z.SicherheitsHinweis = QStringLiteral("Gehörschutz und Schutzbrille tragen, Anlage freischalten, gegen "
+                                              "Wiedereinschalten sichern");
+        const int folge = Print_AnweisungsZeilenBedarf(p, z, {}, s);
+        QVERIFY(folge > 1);
+        QCOMPARE(Print_AnweisungsZeilenBedarf(p, z, QStringLiteral("Getriebe"), s), folge + 1);
+        int zeile = letzteZeile(p) - 7;
+        int probe = zeile;
+        const size_t before = page().items.size();
+        QVERIFY(!Print_AnweisungsKomponente(p, sampleNode(), {}, probe, s, folge));
+        QCOMPARE(probe, zeile);
+        QCOMPARE(page().items.size(), before);
+        QVERIFY(Print_AnweisungsKomponente(p, sampleNode(), {}, zeile, s, 0));
+    }
+
     void componentBlockAndFoot()
     {
         start();
@@ -214,13 +354,20 @@ private Q_SLOTS:
         QCOMPARE(double(find(page(), QStringLiteral("1,5"))->X), double(float(s.Neun)));
         QVERIFY(find(page(), QStringLiteral("Elt")));
         QCOMPARE(double(find(page(), QStringLiteral("Elt"))->X), double(float(s.Zehn)));
-        // A long trade is cut at the right margin.
+        // A long trade wraps at its blanks onto the row's next lines, within the margin.
         pos.Anweisung = QStringLiteral("0020");
-        pos.Ausfuehrender = QStringLiteral("Mess-, Steuer- und Regeltechnik");
+        pos.Ausfuehrender = QStringLiteral("Elektro und MSR Halle Nord West");
+        const int before = zeile;
         QVERIFY(Print_Protokoll_Zeile(p, pos, zeile, s));
-        const PrintItem &last = page().items.back();
-        QVERIFY(QStringLiteral("Mess-, Steuer- und Regeltechnik").startsWith(last.Text));
-        QVERIFY(last.X + p.TextWidth(last.Text) <= p.ScaleWidth());
+        QStringList gewerk;
+        for (const PrintItem &it : page().items)
+            if (qAbs(it.X - s.Zehn) < 1 && it.Y >= before * p.TextHeight() - 1) {
+                gewerk << it.Text;
+                QVERIFY(it.X + p.TextWidth(it.Text) <= p.ScaleWidth());
+            }
+        QVERIFY(gewerk.size() > 1);
+        QCOMPARE(zeile - before, gewerk.size());
+        QCOMPARE(gewerk.join(QLatin1Char(' ')), pos.Ausfuehrender);
         QCOMPARE(double(find(page(), QStringLiteral("F-10"))->X), double(float(s.Zeit)));
         QVERIFY(!find(page(), QStringLiteral("X")));
         QVERIFY(!find(page(), QStringLiteral("0,0")));

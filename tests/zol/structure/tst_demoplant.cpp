@@ -3,6 +3,7 @@
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include "zol/instructions/IntervalCodes.h"
+#include "zol/instructions/InstructionRow.h"
 #include "zol/structure/DemoPlant.h"
 #include <QRegularExpression>
 #include <QSet>
@@ -90,6 +91,8 @@ private Q_SLOTS:
             QVERIFY(trades.contains(q.value(3).toString()));
             QVERIFY(QStringList({"R", "L", "X"}).contains(q.value(4).toString()));
             QVERIFY2(QRegularExpression("^\\d+,\\d$").match(q.value(5).toString()).hasMatch(), qPrintable(q.value(5).toString()));
+            // Minutes: no check of the plant takes less than one.
+            QVERIFY2(numericValue(q.value(5).toString()) >= 1, qPrintable(q.value(5).toString()));
             QVERIFY(!q.value(6).toString().contains('.'));
             QVERIFY(q.value(7).toInt() >= 1);
             QVERIFY(QRegularExpression("^\\d{6}$").match(q.value(8).toString()).hasMatch());

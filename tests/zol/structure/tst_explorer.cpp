@@ -107,6 +107,25 @@ class TestExplorer : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // Names are listed as the legacy database ordered them: case ignored, an
+    // umlaut with its plain letter, ß as ss.
+    void namesOrderedWithUmlauts()
+    {
+        Plant pl;
+        for (const char *name : {"Zahnrad", "Ölpumpe", "oberteil", "Übergabe", "Achse", "äußere Tür", "Strasse", "Straße"})
+            pl.add(QString::fromUtf8(name), pl.key["Keller"], "F", "0");
+        QStringList names;
+        for (const Node &n : LoadListView(pl.data.sql(), pl.key["Keller"]))
+            names << n.Text;
+        QCOMPARE(names, (QStringList{"Achse", "äußere Tür", "oberteil", "Ölpumpe", "Strasse", "Straße", "Übergabe",
+                                     "Ventil", "Zahnrad"}));
+        pl.add(QStringLiteral("Ärmel"), pl.key["Halle"], "O", "0");
+        QStringList folders;
+        for (const TreeNode &t : LoadTreeSub(pl.data.sql(), pl.key["Halle"]))
+            folders << t.Text;
+        QCOMPARE(folders, (QStringList{"Ärmel", "Keller"}));
+    }
+
     void newEntryNames_data()
     {
         QTest::addColumn<bool>("folder");
