@@ -6,6 +6,7 @@
 #include "zol/core/OutputFile.h"
 #include "zol/core/Session.h"
 #include "zol/core/Sql.h"
+#include "zol/print/PdfReport.h"
 #include "zol/print/PrinterF.h"
 #include <QQueue>
 
@@ -151,29 +152,17 @@ int printFindingsCommand(Session &session, const QStringList &args)
     const std::optional<FindingsArgs> call = parseFindingsArgs(args);
     if (!call)
         return 2;
-    const OutputChoice choice = chooseOutput(call->pdf);
-    if (choice == OutputChoice::Refused)
-        return 2;
-    if (choice == OutputChoice::Declined)
-        return 1;
-    PdfPreviewPresenter presenter(call->pdf, choice == OutputChoice::Replace);
-    PreviewPresenter *before = installedPreviewPresenter();
-    installPreviewPresenter(&presenter);
-    BefundDruckStatus status;
-    try {
-        status = BefundeDrucken(session, call->jahr, call->woche, true);
-    } catch (...) {
-        installPreviewPresenter(before);
-        throw;
-    }
-    installPreviewPresenter(before);
-    switch (status) {
-    case BefundDruckStatus::Gedruckt: return presenter.written() ? 0 : 3;
-    case BefundDruckStatus::KeineBefunde:
-    case BefundDruckStatus::Abgebrochen: return 1;
-    case BefundDruckStatus::Fehler: return 3;
-    }
-    return 3;
+    return reportIntoPdf(
+        call->pdf, [&] { return BefundeDrucken(session, call->jahr, call->woche, true); },
+        [](BefundDruckStatus status, bool written) {
+            switch (status) {
+            case BefundDruckStatus::Gedruckt: return written ? 0 : 3;
+            case BefundDruckStatus::KeineBefunde:
+            case BefundDruckStatus::Abgebrochen: return 1;
+            case BefundDruckStatus::Fehler: return 3;
+            }
+            return 3;
+        });
 }
 
 }

@@ -2,7 +2,7 @@
 #include "JobSheets.h"
 #include "zol/core/Messages.h"
 #include "zol/core/OutputFile.h"
-#include "zol/print/PrinterF.h"
+#include "zol/print/PdfReport.h"
 
 namespace zol {
 
@@ -56,38 +56,24 @@ int printJobSheetsCommand(Session &session, const QStringList &args)
     if (!call)
         return 2;
     // The session may hold files open that the check before it could not see.
-    const OutputChoice choice = chooseOutput(call->pdf);
-    if (choice == OutputChoice::Refused)
-        return 2;
-    if (choice == OutputChoice::Declined)
-        return 1;
-
-    PdfPreviewPresenter presenter(call->pdf, choice == OutputChoice::Replace);
-    PreviewPresenter *before = installedPreviewPresenter();
-    installPreviewPresenter(&presenter);
-    JobSheetResult r;
-    try {
-        r = AuftragsDruckAnweisungen(session, call->jahr, call->woche, call->filter, true);
-    } catch (...) {
-        installPreviewPresenter(before);
-        throw;
-    }
-    installPreviewPresenter(before);
-
-    switch (r.status) {
-    case JobSheetStatus::Done:
-        return presenter.written() ? 0 : 3;
-    case JobSheetStatus::NoOrders:
-        if (r.keineWartungListe)
-            return presenter.written() ? 0 : 3;
-        return 1;
-    case JobSheetStatus::Refused:
-    case JobSheetStatus::Cancelled:
-        return 1;
-    case JobSheetStatus::Fault:
-        return 3;
-    }
-    return 3;
+    return reportIntoPdf(
+        call->pdf, [&] { return AuftragsDruckAnweisungen(session, call->jahr, call->woche, call->filter, true); },
+        [](const JobSheetResult &r, bool written) {
+            switch (r.status) {
+            case JobSheetStatus::Done:
+                return written ? 0 : 3;
+            case JobSheetStatus::NoOrders:
+                if (r.keineWartungListe)
+                    return written ? 0 : 3;
+                return 1;
+            case JobSheetStatus::Refused:
+            case JobSheetStatus::Cancelled:
+                return 1;
+            case JobSheetStatus::Fault:
+                return 3;
+            }
+            return 3;
+        });
 }
 
 }

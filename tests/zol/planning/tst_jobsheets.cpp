@@ -453,7 +453,7 @@ private Q_SLOTS:
         QTest::newRow("nothing") << "Sanitär" << "" << "" << 0;
         QTest::newRow("umlaut") << "Mess*ü*" << "" << "" << 1;
         QTest::newRow("umlaut in upper case") << "MESSTECHNIK SÜD" << "" << "" << 1;
-        QTest::newRow("set") << "[E]*" << "" << "" << 3;
+        QTest::newRow("set") << "[E]*" << "" << "" << 4;
         QTest::newRow("set ignores case") << "[mo]*" << "" << "" << 3;
         QTest::newRow("not in set") << "[!E]*" << "" << "" << 3;
         QTest::newRow("digits") << "" << "K###" << "" << 2;
