@@ -144,6 +144,33 @@ private Q_SLOTS:
         QVERIFY(zeigeAuftrag(d.sql(), std::nullopt).leer);
     }
 
+    // The verbal mark shown as its list entry, in any case, and written back
+    // as the letter of the entry chosen.
+    void verbalMark_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<int>("shown");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("Instandhaltung") << "i" << 0 << "I";
+        QTest::newRow("Produktion") << "P" << 1 << "P";
+        QTest::newRow("blank") << "  " << 2 << " ";
+        QTest::newRow("unknown keeps its value") << "X" << -1 << "X";
+    }
+
+    void verbalMark()
+    {
+        QFETCH(QString, stored);
+        QFETCH(int, shown);
+        QFETCH(QString, written);
+        TempData d;
+        addComponent(d.sql(), K1, QStringLiteral("Pumpe"));
+        addOrder(d.sql(), {K1, "2016", "10", "000010", "0010", "Elektro", "Pumpe", "N", "N", "", stored});
+        const RueckmeldungAnzeige a = zeigeAuftrag(d.sql(), row(d.sql(), K1));
+        QCOMPARE(a.Verbal, shown);
+        QVERIFY(RückmeldungSpeichern(d.sql(), AuftragSchluessel::von(row(d.sql(), K1)), RueckmeldungEingabe::aus(a)));
+        QCOMPARE(row(d.sql(), K1).Verbal, written);
+    }
+
     // The checks before a save, in their order, and what each leaves behind.
     void saveChecks_data()
     {
