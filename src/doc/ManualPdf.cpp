@@ -179,6 +179,9 @@ private:
                 QTextBlockFormat f = b.blockFormat();
                 f.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
                 c.setBlockFormat(f);
+                // The layout after a changed break is not redone by itself: the
+                // blocks below would keep no height and never be drawn.
+                m_doc->markContentsDirty(b.position(), m_doc->characterCount() - b.position());
             }
         }
     }
