@@ -2,9 +2,11 @@
 #include "gui/structure/frmMain.h"
 #include "gui/core/frmLogin.h"
 #include "zol/core/Database.h"
+#include "zol/core/Messages.h"
 #include "zol/core/Options.h"
 #include "zol/core/Session.h"
 #include "zol/core/Settings.h"
+#include "zol/planning/PlanningRun.h"
 #include "zol/structure/DemoPlant.h"
 #include <QAction>
 #include <QApplication>
@@ -149,6 +151,15 @@ QString takeScreenshots(const QString &outDir)
     camera.shoot("mnuKatalogGewerk", QStringLiteral("katalog"));
     camera.shoot("mnuViewOptions", QStringLiteral("optionen"));
     camera.shoot("mnuWartungsfreieZeiten", QStringLiteral("wartungsfrei"));
+
+    // A planned week to report on: every question of the run answered Yes.
+    {
+        zol::ScriptedPresenter yes;
+        for (int i = 0; i < 10; ++i)
+            yes.answer(6);
+        zol::PlanningRun(session).run(QStringLiteral("2026"), QStringLiteral("48"));
+    }
+    camera.shoot("mnuAufträgeRückmeldungen", QStringLiteral("rueckmeldung"), [](QWidget *w) { w->resize(1100, 640); });
 
     // A component with its instruction lines, selected in the list.
     QSqlQuery q(db);
