@@ -4,6 +4,7 @@
 #include "zol/core/Session.h"
 #include "zol/core/Sql.h"
 #include "zol/exchange/ComponentExchange.h"
+#include "zol/exchange/ExchangeCommands.h"
 #include "zol/exchange/InstructionExchange.h"
 #include "zol/exchange/SqliteFile.h"
 #include "zol/instructions/ProtocolGridRules.h"
@@ -250,6 +251,7 @@ private slots:
     void damagedFilesGiveAMessage_data();
     void damagedFilesGiveAMessage();
     void instructionExchangeOfOneComponent();
+    void batchCommands();
 };
 
 void TestComponentExchange::exportTablesFieldByField_data()
@@ -732,6 +734,45 @@ void TestComponentExchange::instructionExchangeOfOneComponent()
     QVERIFY(r.refused);
     QCOMPARE(msgs.lastText(), QStringLiteral("Diese Tabelle hat nicht die geforderte Form!"));
     QCOMPARE(zoltest::countRows(db, TabPositionen, QStringLiteral("TeNummer = ?"), {plant.luefter}), 3);
+}
+
+void TestComponentExchange::batchCommands()
+{
+    zoltest::TempData data;
+    const QSqlDatabase db = data.sql();
+    const Plant plant(db);
+    Session session(data.db());
+    session.login() = admin();
+    QTemporaryDir dir;
+    const QString db1 = dir.filePath(QStringLiteral("halle.db"));
+    const QString halle = QStringLiteral("WI-Rundgang\\Halle 'Süd'");
+    QCOMPARE(nodeAtPath(db, halle + QStringLiteral("\\pumpe")), plant.pumpe);
+    QCOMPARE(nodeAtPath(db, QStringLiteral("WI-Rundgang")), RootProtok);
+    QCOMPARE(nodeAtPath(db, QStringLiteral("WI-Rundgang\\Keller")), QString());
+    ScriptedPresenter msgs;
+    struct Call {
+        bool exporting;
+        QStringList args;
+        int status;
+    };
+    const QList<Call> calls = {
+        {true, {halle, "--file", db1, "--with-instructions"}, 0},   // the entries of the installation's list
+        {true, {halle, "--file", db1}, 1},                          // the file exists now
+        {true, {halle, "--file", dir.filePath("x.csv")}, 2},
+        {true, {"WI-Rundgang\\Keller", "--file", dir.filePath("k.db")}, 1},
+        {true, {halle, "--file", data.db().filePath()}, 2},
+        {false, {db1, "--under", "WI-Rundgang", "--with-instructions"}, 0},
+        {false, {db1, "--under", halle + "\\Pumpe"}, 1},             // a component holds no entries
+        {false, {db1}, 2},
+        {false, {dir.filePath("fehlt.db"), "--under", "WI-Rundgang"}, 1},
+    };
+    for (const Call &c : calls) {
+        const int status = c.exporting ? exportComponentsCommand(session, c.args) : importComponentsCommand(session, c.args);
+        QVERIFY2(status == c.status, qPrintable(c.args.join(' ') + " -> " + QString::number(status) + ": " + msgs.lastText()));
+    }
+    QCOMPARE(tableRows(db1, TabExportAuftraege).size(), 5);
+    const QStringList names = snapshot(db, RootProtok).filter(QRegularExpression(QStringLiteral("^\\|\\|F")));
+    QCOMPARE(names.size(), 2);   // Pumpe and Lüfter came back under the top node
 }
 
 QTEST_GUILESS_MAIN(TestComponentExchange)
