@@ -50,37 +50,42 @@ private:
     QString m_last;
 };
 
-// The lines of a component in export order.
-class PositionQuery {
+// Rows of one key at a time, read by a statement prepared once; values in
+// the order of the field list.
+class RowsByKey {
 public:
-    explicit PositionQuery(const QSqlDatabase &db)
-        : m_st(db, QStringLiteral("SELECT %1 FROM ProtokollPositionen WHERE TeNummer = ? ORDER BY Objekt, Anweisung")
-                       .arg(InstructionRow::fieldNames().join(QLatin1Char(','))))
+    RowsByKey(const QSqlDatabase &db, const QString &table, const QStringList &fields, const QString &keyField,
+              const QString &order = {})
+        : m_fields(int(fields.size())),
+          m_st(db, QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?%4")
+                       .arg(fields.join(QLatin1Char(',')), ident(table), ident(keyField),
+                            order.isEmpty() ? QString() : QStringLiteral(" ORDER BY ") + order))
     {
     }
-    // Values by field name of ProtokollPositionen.
-    QList<QHash<QString, QString>> rows(const QString &teNummer)
+    QList<QStringList> rows(const QString &key)
     {
-        QList<QHash<QString, QString>> out;
-        QSqlQuery &q = m_st.run({teNummer});
-        const QStringList &names = InstructionRow::fieldNames();
+        QList<QStringList> out;
+        QSqlQuery &q = m_st.run({key});
         while (q.next()) {
-            QHash<QString, QString> r;
-            for (int i = 0; i < names.size(); ++i)
-                r.insert(names.at(i).toUpper(), q.value(i).toString());
+            QStringList r;
+            r.reserve(m_fields);
+            for (int i = 0; i < m_fields; ++i)
+                r << q.value(i).toString();
             out << r;
         }
         return out;
     }
 
 private:
+    int m_fields;
     Statement m_st;
 };
 
-// Where each output column takes its value: Satzart, a node field or a line field.
+// Where each output column takes its value: Satzart, or the field of that
+// index in a node's or a line's row.
 struct ColumnSource {
     enum Kind { Kind1, NodeField, LineField } kind;
-    QString field;   // upper case for lines
+    int field = -1;
 };
 
 QList<ColumnSource> sourcesOf(const QList<ExchangeColumn> &cols)
@@ -88,11 +93,11 @@ QList<ColumnSource> sourcesOf(const QList<ExchangeColumn> &cols)
     QList<ColumnSource> out;
     for (const ExchangeColumn &c : cols) {
         if (c.target.isEmpty())
-            out << ColumnSource{ColumnSource::Kind1, {}};
+            out << ColumnSource{ColumnSource::Kind1, -1};
         else if (c.position)
-            out << ColumnSource{ColumnSource::LineField, c.target.toUpper()};
+            out << ColumnSource{ColumnSource::LineField, int(InstructionRow::fieldNames().indexOf(c.target))};
         else
-            out << ColumnSource{ColumnSource::NodeField, c.target};
+            out << ColumnSource{ColumnSource::NodeField, int(Node::fieldNames().indexOf(c.target))};
     }
     return out;
 }
@@ -103,30 +108,27 @@ ExportCount walkExport(const QSqlDatabase &db, const QStringList &keys, bool wit
                        const QList<ColumnSource> &sources, Put put)
 {
     ExportCount count;
-    PositionQuery lines(db);
+    RowsByKey nodes(db, TabKopf, Node::fieldNames(), QStringLiteral("FileIndex"));
+    RowsByKey lines(db, TabPositionen, InstructionRow::fieldNames(), QStringLiteral("TeNummer"),
+                    QStringLiteral("Objekt, Anweisung"));
     QStringList values(sources.size());
-    for (const QString &key : keys) {
-        const std::optional<Node> node = loadNode(db, key);
-        if (!node)
-            continue;
+    auto fill = [&](const QString &satzart, ColumnSource::Kind kind, const QStringList &row) {
         for (int i = 0; i < sources.size(); ++i) {
             const ColumnSource &s = sources.at(i);
-            values[i] = s.kind == ColumnSource::Kind1 ? QStringLiteral("1")
-                : s.kind == ColumnSource::NodeField   ? node->value(s.field)
-                                                      : QString();
+            values[i] = s.kind == ColumnSource::Kind1 ? satzart : s.kind == kind ? row.at(s.field) : QString();
         }
         put(values);
+    };
+    for (const QString &key : keys) {
+        const QList<QStringList> node = nodes.rows(key);
+        if (node.isEmpty())
+            continue;
+        fill(QStringLiteral("1"), ColumnSource::NodeField, node.first());
         ++count.components;
         if (!withInstructions)
             continue;
-        for (const QHash<QString, QString> &line : lines.rows(node->FileIndex)) {
-            for (int i = 0; i < sources.size(); ++i) {
-                const ColumnSource &s = sources.at(i);
-                values[i] = s.kind == ColumnSource::Kind1  ? QStringLiteral("2")
-                    : s.kind == ColumnSource::LineField    ? line.value(s.field)
-                                                           : QString();
-            }
-            put(values);
+        for (const QStringList &line : lines.rows(key)) {
+            fill(QStringLiteral("2"), ColumnSource::LineField, line);
             ++count.positions;
         }
     }
@@ -515,17 +517,21 @@ ImportResult importComponents(const QSqlDatabase &db, const Login &login, TableS
         Transaction tx(db);
         ReasonCollector reasons;
         LineWriter lines(db);
-        std::unique_ptr<ProtocolGrid> grid;   // the component the lines go to
+        std::unique_ptr<ProtocolGrid> rules;
+        ProtocolGrid *grid = nullptr;   // the rules of the component the lines go to, if any
+        Statement insertNode(db, QStringLiteral("INSERT INTO ProtokollKopf (%1) VALUES (%2)")
+                                     .arg(Node::fieldNames().join(QLatin1Char(',')),
+                                          QStringList(Node::fieldNames().size(), QStringLiteral("?"))
+                                              .join(QLatin1Char(','))));
         do {
             ++result.total;
-            const QString where = QStringLiteral("Zeile %1").arg(reader->rowNumber());
             auto failRow = [&](const QString &why) {
                 ++result.failed;
-                result.rowRefusals << where + QStringLiteral(": ") + why;
+                result.rowRefusals << QStringLiteral("Zeile %1: %2").arg(reader->rowNumber()).arg(why);
             };
             const bool componentRow = !withInstructions || valueOf(0).trimmed() == QLatin1String("1");
             if (componentRow) {
-                grid.reset();
+                grid = nullptr;
                 Node node;
                 node.FileAbove = parentKey;
                 node.Katalog = katalog;
@@ -560,12 +566,21 @@ ImportResult importComponents(const QSqlDatabase &db, const Login &login, TableS
                 }
                 node.Text = *name;
                 node.FileIndex = NeuerFileIndex(db, TabKopf);
-                saveNode(db, node);
+                QVariantList nodeValues;
+                for (const QString &f : Node::fieldNames())
+                    nodeValues << node.value(f);
+                insertNode.run(nodeValues);
                 taken.insert(foldedName(node.Text));
                 result.newKeys << node.FileIndex;
                 if (withInstructions) {
-                    grid = std::make_unique<ProtocolGrid>(db, node.FileIndex, login.Level);
-                    grid->open();
+                    // The interval table is read with the first component only.
+                    if (!rules) {
+                        rules = std::make_unique<ProtocolGrid>(db, node.FileIndex, login.Level);
+                        rules->open();
+                    } else {
+                        rules->useNewComponent(node.FileIndex, node.WIVerantwortlicher, node.Katalog != QLatin1String("0"));
+                    }
+                    grid = rules.get();
                 }
                 continue;
             }
@@ -638,8 +653,9 @@ QStringList instructionFieldNames() { return InstructionRow::fieldNames().mid(1)
 bool ExportAnweisungen(const QSqlDatabase &db, const QString &teNummer, const FileChooser &choose)
 {
     try {
-        PositionQuery query(db);
-        const QList<QHash<QString, QString>> rows = query.rows(teNummer);
+        RowsByKey query(db, TabPositionen, instructionFieldNames(), QStringLiteral("TeNummer"),
+                        QStringLiteral("Objekt, Anweisung"));
+        const QList<QStringList> rows = query.rows(teNummer);
         if (rows.isEmpty()) {
             ZeigeMeldung(QStringLiteral("Es gibt keine Aufträge zu exportieren"), Style::Exclamation);
             return false;
@@ -658,12 +674,8 @@ bool ExportAnweisungen(const QSqlDatabase &db, const QString &teNummer, const Fi
             return false;
         const QList<FieldDef> fields = DbTableWriter::cloneFields(TabPositionen, {QStringLiteral("TeNummer")});
         DbTableWriter writer(path, table, fields);
-        for (const QHash<QString, QString> &r : rows) {
-            QVariantList values;
-            for (const FieldDef &f : fields)
-                values << r.value(f.name.toUpper());
-            writer.addRow(values);
-        }
+        for (const QStringList &r : rows)
+            writer.addRow(QVariantList(r.cbegin(), r.cend()));
         writer.finish();
     } catch (const Fault &f) {
         ZeigeMeldung(QStringLiteral("Fehler Nummer: %1 -  Beschreibung: %2").arg(f.number()).arg(f.description()),

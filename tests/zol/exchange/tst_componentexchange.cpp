@@ -533,7 +533,8 @@ void TestComponentExchange::formCheckRefusesTheTable_data()
     QTest::addColumn<QString>("message");
     const QString wrong = wrongFormText();
     QTest::newRow("field missing") << "drop Objekt_Typ" << wrong;
-    QTest::newRow("field of another size") << "size Auftragsposition_Text" << wrong;
+    QTest::newRow("field of a larger size") << "size 300 Auftragsposition_Text" << wrong;
+    QTest::newRow("field of a smaller size") << "size 50 Objekt_Name" << wrong;
     QTest::newRow("table missing") << "rename" << "Fehler Nummer: 3078 Beschreibung: Die Datei alt.mdb enthält keine Tabelle ExportAuftraege.";
     QTest::newRow("extra field is ignored") << "extra" << "Alle 2 Objekte und Auftragspositionen wurden übernommen";
 }
@@ -550,8 +551,6 @@ void TestComponentExchange::formCheckRefusesTheTable()
                            auftragRow({{"Satzart", "2"}, {"Auftragsposition_Objekt", "10"},
                                        {"Auftragsposition_Anweisung", "10"}, {"Auftragsposition_Text", "Sitz"}})}};
     if (change.startsWith(QLatin1String("drop "))) {
-        const int i = Schema::fieldNames(QStringLiteral("ProtokollKopf")).size();   // any index works; find it
-        Q_UNUSED(i);
         for (int k = 0; k < t.fields.size(); ++k)
             if (t.fields.at(k).name == change.mid(5)) {
                 t.fields.removeAt(k);
@@ -561,8 +560,8 @@ void TestComponentExchange::formCheckRefusesTheTable()
             }
     } else if (change.startsWith(QLatin1String("size "))) {
         for (SourceField &f : t.fields)
-            if (f.name == change.mid(5))
-                f.size = 200;
+            if (f.name == change.section(QLatin1Char(' '), 2))
+                f.size = change.section(QLatin1Char(' '), 1, 1).toInt();
     } else if (change == QLatin1String("rename")) {
         t.name = QStringLiteral("Tabelle1");
     } else {
