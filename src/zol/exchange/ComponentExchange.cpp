@@ -746,7 +746,7 @@ InstructionImport importInstructions(ProtocolGrid &grid, TableSource &source, co
                                     "Nummern nicht übernommen")
                          .arg(result.refusedRows)
                          .arg(result.total),
-                     Style::Exclamation);
+                     Style::Information);
     return result;
 }
 
