@@ -42,6 +42,7 @@ package: build
 
 bench: build
 	$(BUILD)/zolbench $(BENCH_ARGS)
+	$(BUILD)/zolbench --exchange
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-core

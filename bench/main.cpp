@@ -1,5 +1,6 @@
 // zolbench: prints figures as lines "name value unit".
 #include "Figures.h"
+#include "ExchangeBench.h"
 #include "ExplorerBench.h"
 #include "FeedbackBench.h"
 #include "InstructionsBench.h"
@@ -27,6 +28,9 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         if (qstrcmp(argv[i], "--feedback") == 0)
             return zolbench::runFeedbackBench(argc, argv);
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--exchange") == 0)
+            return zolbench::runExchangeBench(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

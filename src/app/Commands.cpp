@@ -7,6 +7,8 @@
 #include "zol/core/BatchPresenter.h"
 #include "zol/core/Options.h"
 #include "zol/core/Users.h"
+#include "zol/exchange/ExchangeCommands.h"
+#include "zol/exchange/Migration.h"
 #include "zol/feedback/FeedbackCommands.h"
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
@@ -36,6 +38,15 @@ const QList<Command> &commandTable()
          &cmdPost},
         {QStringLiteral("print"),
          QStringLiteral("print findings JAHR WOCHE --pdf DATEI   Befunde einer Woche als PDF"), &cmdPrint},
+        {QStringLiteral("export"),
+         QStringLiteral("export components PFAD --file DATEI [--with-instructions]   Komponenten in .db oder .xlsx"),
+         &cmdExport},
+        {QStringLiteral("import"),
+         QStringLiteral("import components DATEI --under PFAD [--with-instructions]   Komponenten aus .db, .mdb, "
+                        ".accdb, .xlsx, .ods"),
+         &cmdImport},
+        {QStringLiteral("migrate"),
+         QStringLiteral("migrate ALT.mdb   eine alte Datendatei ganz übernehmen (nur ohne ZOL.db)"), &cmdMigrate},
     };
     return table;
 }
@@ -202,6 +213,42 @@ int cmdPrint(CommandContext &ctx)
     if (opened != Exit::Done)
         return opened;
     return zol::printJobSheetsCommand(startup.session(), ctx.args.mid(1));
+}
+
+// export components ... / import components ...: the word after the command
+// names what is exchanged; components are all there is so far.
+static int exchangeCommand(CommandContext &ctx, bool (*parse)(const QStringList &),
+                           int (*run)(zol::Session &, const QStringList &))
+{
+    if (ctx.args.isEmpty() || ctx.args.first() != QLatin1String("components")) {
+        std::cerr << qPrintable(usageText());
+        return Exit::Usage;
+    }
+    const QStringList rest = ctx.args.mid(1);
+    if (!parse(rest))
+        return Exit::Usage;
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return run(startup.session(), rest);
+}
+
+int cmdExport(CommandContext &ctx)
+{
+    return exchangeCommand(ctx, [](const QStringList &a) { return zol::parseExportArgs(a).has_value(); },
+                           &zol::exportComponentsCommand);
+}
+
+int cmdImport(CommandContext &ctx)
+{
+    return exchangeCommand(ctx, [](const QStringList &a) { return zol::parseImportArgs(a).has_value(); },
+                           &zol::importComponentsCommand);
+}
+
+int cmdMigrate(CommandContext &ctx)
+{
+    return zol::migrateCommand(ctx.dataDir, ctx.args);
 }
 
 }

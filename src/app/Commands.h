@@ -53,5 +53,8 @@ int cmdInit(CommandContext &ctx);
 int cmdPlan(CommandContext &ctx);
 int cmdPrint(CommandContext &ctx);
 int cmdPost(CommandContext &ctx);
+int cmdExport(CommandContext &ctx);
+int cmdImport(CommandContext &ctx);
+int cmdMigrate(CommandContext &ctx);
 
 }

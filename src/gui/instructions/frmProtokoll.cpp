@@ -1,7 +1,10 @@
 #include "frmProtokoll.h"
 #include "ui_frmProtokoll.h"
 #include "ProtocolModel.h"
+#include "frmProtokollTabelle.h"
+#include "gui/core/FileDialogs.h"
 #include "gui/core/WindowState.h"
+#include "zol/exchange/InstructionExchange.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Settings.h"
 #include "zol/core/Users.h"
@@ -45,9 +48,8 @@ frmProtokoll::frmProtokoll(zol::Session &session, QWidget *parent)
     if (level == zol::Role::Werker || level == zol::Role::Auswerter)
         ui->dbGrid->setEditTriggers(QAbstractItemView::NoEditTriggers);
 
-    auto notYet = [] { zol::ZeigeMeldung(tr("Diese Funktion ist noch nicht verfügbar"), zol::Style::Information); };
-    connect(ui->mnuAnweisungenImport, &QAction::triggered, this, notYet);
-    connect(ui->mnuAnweisungenExport, &QAction::triggered, this, notYet);
+    connect(ui->mnuAnweisungenImport, &QAction::triggered, this, &frmProtokoll::importLines);
+    connect(ui->mnuAnweisungenExport, &QAction::triggered, this, &frmProtokoll::exportLines);
     connect(ui->mnuAnweisungenSuchen, &QAction::triggered, this, [this] {
         m_suchen->setWindowTitle(tr("Suchen in ") + windowTitle());
         m_suchen->zeig(this);
@@ -271,6 +273,33 @@ void frmProtokoll::pasteRows()
     if (!m_model || !leaveRow())
         return;
     zol::pasteRowBuffer(*m_grid);
+    m_model->reload();
+}
+
+void frmProtokoll::exportLines()
+{
+    if (!m_model || !m_grid->rights().mayCopy || !leaveRow())
+        return;
+    zol::ExportAnweisungen(m_session.db(), m_tag, [this](const QString &proposed, const QString &filter) {
+        return zolgui::chooseSaveFile(this, tr("Export"), proposed, filter);
+    });
+}
+
+void frmProtokoll::importLines()
+{
+    if (!m_model || m_grid->rights().readOnly || !leaveRow())
+        return;
+    const QString path = zolgui::chooseOpenFile(this, tr("Import"), zol::ImportFilter);
+    if (path.isEmpty())
+        return;
+    const std::unique_ptr<zol::TableSource> source = zol::openImportFile(path, {zol::instructionFieldNames()});
+    if (!source)
+        return;
+    frmProtokollTabelle chooser(this);
+    const QString table = chooser.zeig(zol::importTables(*source));
+    if (table.isEmpty())
+        return;
+    zol::importInstructions(*m_grid, *source, table);
     m_model->reload();
 }
 

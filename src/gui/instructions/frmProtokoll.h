@@ -59,6 +59,9 @@ public:
     void pasteRows();
     void deleteRows();
     void refresh();
+    // The exchange of this component's lines with a file.
+    void exportLines();
+    void importLines();
     QList<int> selectedLines() const;
 
     // SearchableGrid

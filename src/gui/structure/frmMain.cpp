@@ -5,9 +5,11 @@
 #include "frmBildanzeige.h"
 #include "frmProtokollKopf.h"
 #include "frmProtokollKopfMassen.h"
+#include "gui/core/FileDialogs.h"
 #include "gui/core/frmAbout.h"
 #include "gui/core/frmFirstTime.h"
 #include "gui/core/frmOptions.h"
+#include "zol/exchange/ComponentExchange.h"
 #include "zol/structure/StructurePrints.h"
 #include "gui/instructions/frmMDIProtokolle.h"
 #include "gui/instructions/frmWartungsfreieZeit.h"
@@ -229,12 +231,12 @@ void frmMain::buildMenus()
           {"mnuTEStrukturDruck0", "Ausgew&ählte: Struktur drucken", Run::PrintStructure, 0},
           {"mnuTEStrukturDruck1", "Ausgewä&hlte: Struktur Druckvorschau", Run::PrintStructure, 1},
           {"", "", N},
-          {"mnuFileImportObjekt", "&Import Komponenten (Access-Format)", N},
-          {"mnuFileImportAufträge", "Impo&rt Komponenten mit Auftragspositionen (Access-Format)", N},
-          {"mnuFileExportObjekt", "&Export markierte Komponenten (Access-Format)", N},
-          {"mnuFileExportAufträge", "Export markierte Komponenten mit Auftragsp&ositionen (Access-Format)", N},
-          {"mnuFileExportExcelObjekt", "Export markierte Komponenten (E&xcel-Format)", N},
-          {"mnuFileExportExcelAufträge", "Export markierte Komponenten mit Auftragspositionen (Excel-For&mat)", N},
+          {"mnuFileImportObjekt", "&Import Komponenten (Datenbank-Format)", Run::Import, 0},
+          {"mnuFileImportAufträge", "Impo&rt Komponenten mit Auftragspositionen (Datenbank-Format)", Run::Import, 1},
+          {"mnuFileExportObjekt", "&Export markierte Komponenten (Datenbank-Format)", Run::Export, 0},
+          {"mnuFileExportAufträge", "Export markierte Komponenten mit Auftragsp&ositionen (Datenbank-Format)", Run::Export, 1},
+          {"mnuFileExportExcelObjekt", "Export markierte Komponenten (E&xcel-Format)", Run::Export, 2},
+          {"mnuFileExportExcelAufträge", "Export markierte Komponenten mit Auftragspositionen (Excel-For&mat)", Run::Export, 3},
           {"", "", N},
           {"mnuFileQuit", "&Beenden", Run::Quit}}},
         {"mnuEdit", "&Bearbeiten",
@@ -525,6 +527,12 @@ void frmMain::perform(Run run, int arg)
         break;
     case Run::PrintStructure:
         printSelection(true, false, arg == 1);
+        break;
+    case Run::Export:
+        exportComponents(arg);
+        break;
+    case Run::Import:
+        importComponents(arg == 1);
         break;
     case Run::Options:
         openOptions();
@@ -1073,6 +1081,30 @@ void frmMain::printSelection(bool structure, bool einzeln, bool vorschau)
         zol::DruckeStrukturAuswahl(m_session, auswahl, vorschau, status);
     else
         zol::DruckeAusgewaehlte(m_session, auswahl, einzeln, vorschau, status);
+}
+
+void frmMain::exportComponents(int kind)
+{
+    const zol::ExportOutcome out = zol::ExportKomponenten(
+        m_session.db(), zol::exportKeys(selection()), zol::ExportKind(kind),
+        [this](const QString &proposed, const QString &filter) {
+            return zolgui::chooseSaveFile(this, tr("Export"), proposed, filter);
+        });
+    if (out.openWorkbook)
+        zolgui::showWithDesktop(out.path);
+}
+
+void frmMain::importComponents(bool withInstructions)
+{
+    const QString parent = selectedTreeKey();
+    const zol::ImportResult r = zol::ImportKomponenten(
+        m_session.db(), m_session.login(), parent, withInstructions,
+        [this](const QString &, const QString &filter) { return zolgui::chooseOpenFile(this, tr("Import"), filter); });
+    if (r.newKeys.isEmpty())
+        return;
+    loadTree(parent);
+    LoadListView(parent, true);
+    commandRule();
 }
 
 void frmMain::printSearchResult()

@@ -56,7 +56,8 @@ private:
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
-        PrintSelected, PrintStructure, Feedback
+        PrintSelected, PrintStructure, Feedback,
+        Export, Import
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -82,6 +83,9 @@ private:
     QString pickFromCatalog(const QString &table);
     void printSelection(bool structure, bool einzeln, bool vorschau);
     void printSearchResult();
+    // The exchange of components: arg of Export is the zol::ExportKind, of Import 1 with instructions.
+    void exportComponents(int kind);
+    void importComponents(bool withInstructions);
 
     // Explorer
     zol::ExplorerSelection selection() const;

@@ -14,14 +14,14 @@ struct XlsxWriter::Book {
     QByteArray tmpdir;
 };
 
-XlsxWriter::XlsxWriter(const QString &path)
+XlsxWriter::XlsxWriter(const QString &path, Mode mode)
     : m_staged(std::make_unique<StagedFile>(path)), m_book(std::make_unique<Book>())
 {
     m_book->path = QFile::encodeName(m_staged->tempPath());
     // Row data wait in temporary files beside the target, not in a possibly small /tmp.
     m_book->tmpdir = QFile::encodeName(QFileInfo(path).absolutePath());
     lxw_workbook_options options{};
-    options.constant_memory = LXW_TRUE;
+    options.constant_memory = mode == ConstantMemory ? LXW_TRUE : LXW_FALSE;
     options.tmpdir = m_book->tmpdir.data();
     options.use_zip64 = LXW_TRUE;
     m_book->workbook = workbook_new_opt(m_book->path.constData(), &options);

@@ -25,7 +25,12 @@ public:
     static constexpr int MaxRows = 1048576;
     static constexpr int MaxColumns = 16384;
 
-    explicit XlsxWriter(const QString &path);
+    // A workbook that is to be read back by this program (liborcus) keeps its
+    // texts in the shared-string table, which liborcus reads and the inline
+    // strings of the constant-memory mode it doesn't: SharedStrings holds
+    // the cells in memory until finish(), and takes rows in any order.
+    enum Mode { ConstantMemory, SharedStrings };
+    explicit XlsxWriter(const QString &path, Mode mode = ConstantMemory);
     ~XlsxWriter();
     XlsxWriter(const XlsxWriter &) = delete;
     XlsxWriter &operator=(const XlsxWriter &) = delete;

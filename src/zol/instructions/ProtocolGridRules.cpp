@@ -116,6 +116,15 @@ bool ProtocolGrid::open()
     return true;
 }
 
+void ProtocolGrid::useNewComponent(const QString &teNummer, const QString &wiVerantwortlicher, bool isStandard)
+{
+    m_teNummer = teNummer;
+    m_wiVerantwortlicher = wiVerantwortlicher;
+    m_rights = protocolRights(m_level, isStandard);
+    m_rows.clear();
+    m_numbering = {};
+}
+
 QList<InstructionRow> ProtocolGrid::reload()
 {
     m_rows = loadProtocolRows(m_db, m_teNummer);

@@ -52,6 +52,10 @@ public:
     bool open();
     const QList<InstructionRow> &rows() const { return m_rows; }
     QList<InstructionRow> reload();
+    // Turns the rules to another component, new and without lines, without
+    // reading anything: for many new components filled in one unit (an
+    // import), whose interval table is read once by open().
+    void useNewComponent(const QString &teNummer, const QString &wiVerantwortlicher, bool isStandard);
 
     const QString &teNummer() const { return m_teNummer; }
     const QString &wiVerantwortlicher() const { return m_wiVerantwortlicher; }

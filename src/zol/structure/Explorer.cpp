@@ -303,8 +303,18 @@ std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString 
 std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const ExplorerTable &table, const QString &folderKey,
                                           const QString &text)
 {
-    const int size = Schema::Size(table.name, QStringLiteral("Text"));
-    const QSet<QString> taken = shownNamesOf(db, table, folderKey);
+    return uniqueNameAmong(shownNamesOf(db, table, folderKey), text, Schema::Size(table.name, QStringLiteral("Text")));
+}
+
+QSet<QString> shownNamesInFolder(const QSqlDatabase &db, const QString &folderKey)
+{
+    return shownNamesOf(db, kPlant, folderKey);
+}
+
+QString foldedName(const QString &name) { return fold(name); }
+
+std::optional<QString> uniqueNameAmong(const QSet<QString> &taken, const QString &text, int size)
+{
     QString candidate = text;
     bool cut = false;
     // Each number gives a new name until the forms outgrow the field; from then

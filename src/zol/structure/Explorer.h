@@ -98,6 +98,12 @@ bool ExistsInTree(const QSqlDatabase &db, const ExplorerTable &table, const QStr
 std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const QString &folderKey, const QString &text);
 std::optional<QString> uniqueNameInFolder(const QSqlDatabase &db, const ExplorerTable &table, const QString &folderKey,
                                           const QString &text);
+// The names a folder shows, folded for the name tests; and the same search
+// for a free name over such a set, for a rule that names many new entries of
+// one folder (and adds each to the set) without asking the table each time.
+QSet<QString> shownNamesInFolder(const QSqlDatabase &db, const QString &folderKey);
+std::optional<QString> uniqueNameAmong(const QSet<QString> &taken, const QString &text, int size);
+QString foldedName(const QString &name);
 
 // How the list shows an entry.
 enum class ListImage { Installation, PlantComponent, StandardComponent };
