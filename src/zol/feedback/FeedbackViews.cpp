@@ -79,7 +79,8 @@ const QList<RueckmeldungsAnsicht> &rueckmeldungsAnsichten()
     return views;
 }
 
-QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben)
+QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben, const AnsichtKnoten *nach,
+                                   int anzahl)
 {
     QList<AnsichtKnoten> out;
     const auto &views = rueckmeldungsAnsichten();
@@ -88,17 +89,30 @@ QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFi
     const QList<Ebene> &ebenen = views.at(ansicht).ebenen;
     const Ebene ebene = ebenen.at(oben.tiefe);
     const QStringList felder = felderDer(ebene);
-    QStringList spalten;
-    for (const QString &f : felder)
+    QStringList spalten, marken;
+    for (const QString &f : felder) {
         spalten << ident(f);
-    const Bedingung b(session, oben);
-    QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2").arg(spalten.join(QStringLiteral(", ")), b.sql());
+        marken << QStringLiteral("?");
+    }
+    Bedingung b(session, oben);
+    // The next page starts after the last node shown: its values are the last of its key.
+    if (nach && nach->filter.felder.size() >= felder.size()) {
+        b.teile << QStringLiteral("(%1) > (%2)").arg(spalten.join(QStringLiteral(", ")), marken.join(QStringLiteral(", ")));
+        for (qsizetype i = nach->filter.felder.size() - felder.size(); i < nach->filter.felder.size(); ++i)
+            b.values << nach->filter.felder.at(i).second;
+    }
+    const QString ordnung = QStringLiteral(" ORDER BY ") + spalten.join(QStringLiteral(", "));
+    QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3").arg(spalten.join(QStringLiteral(", ")), b.sql(), ordnung);
+    if (anzahl > 0) {
+        sql += QStringLiteral(" LIMIT ?");
+        b.values << anzahl;
+    }
     // A component's node shows its current name; one that is gone says so.
     if (ebene == E::Komponente)
         sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
                              "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
-                  .arg(sql);
-    sql += QStringLiteral(" ORDER BY ") + spalten.join(QStringLiteral(", "));
+                  .arg(sql)
+            + QStringLiteral(" ORDER BY t.KompBezeichnung, t.TeIndex");
     QSqlQuery q = exec(session.db(), sql, b.values);
     const bool blatt = oben.tiefe + 1 >= ebenen.size();
     while (q.next()) {
