@@ -5,6 +5,7 @@
 #include "zol/planning/OrderRows.h"
 #include "zol/structure/Node.h"
 #include <QSet>
+#include <QSqlRecord>
 
 namespace zol {
 
@@ -94,43 +95,77 @@ QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFi
         spalten << ident(f);
         marken << QStringLiteral("?");
     }
-    Bedingung b(session, oben);
+    const Bedingung b(session, oben);
     // The next page starts after the last node shown: its values are the last of its key.
-    if (nach && nach->filter.felder.size() >= felder.size()) {
-        b.teile << QStringLiteral("(%1) > (%2)").arg(spalten.join(QStringLiteral(", ")), marken.join(QStringLiteral(", ")));
+    QVariantList danach;
+    if (nach && nach->filter.felder.size() >= felder.size())
         for (qsizetype i = nach->filter.felder.size() - felder.size(); i < nach->filter.felder.size(); ++i)
-            b.values << nach->filter.felder.at(i).second;
+            danach << nach->filter.felder.at(i).second;
+    const auto ab = [&](const QVariantList &werte) {
+        Bedingung n = b;
+        if (!werte.isEmpty()) {
+            n.teile << QStringLiteral("(%1) > (%2)").arg(spalten.join(QStringLiteral(", ")), marken.join(QStringLiteral(", ")));
+            n.values += werte;
+        }
+        return n;
+    };
+    const QString liste = spalten.join(QStringLiteral(", "));
+    const QString ordnung = QStringLiteral(" ORDER BY ") + liste;
+    QList<QVariantList> zeilen;
+    const auto lese = [&](QSqlQuery &q) {
+        QVariantList z;
+        for (int i = 0; i < q.record().count(); ++i)
+            z << q.value(i);
+        zeilen << z;
+        return z;
+    };
+    if (oben.felder.isEmpty() && ebene != E::Komponente) {
+        // The weeks and trades at the top are few among many rows: each is the
+        // first after the one before, found in an index that begins with it,
+        // rather than every row read for DISTINCT.
+        QVariantList letzte = danach;
+        while (anzahl <= 0 || zeilen.size() < anzahl) {
+            const Bedingung n = ab(letzte);
+            QSqlQuery q = exec(session.db(), QStringLiteral("SELECT %1 FROM Auftrag%2%3 LIMIT 1").arg(liste, n.sql(), ordnung),
+                               n.values);
+            if (!q.next())
+                break;
+            letzte = lese(q);
+        }
+    } else {
+        Bedingung n = ab(danach);
+        QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3").arg(liste, n.sql(), ordnung);
+        if (anzahl > 0) {
+            sql += QStringLiteral(" LIMIT ?");
+            n.values << anzahl;
+        }
+        // A component's node shows its current name; one that is gone says so.
+        if (ebene == E::Komponente)
+            sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
+                                 "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
+                      .arg(sql)
+                + QStringLiteral(" ORDER BY t.KompBezeichnung, t.TeIndex");
+        QSqlQuery q = exec(session.db(), sql, n.values);
+        while (q.next())
+            lese(q);
     }
-    const QString ordnung = QStringLiteral(" ORDER BY ") + spalten.join(QStringLiteral(", "));
-    QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3").arg(spalten.join(QStringLiteral(", ")), b.sql(), ordnung);
-    if (anzahl > 0) {
-        sql += QStringLiteral(" LIMIT ?");
-        b.values << anzahl;
-    }
-    // A component's node shows its current name; one that is gone says so.
-    if (ebene == E::Komponente)
-        sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
-                             "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
-                  .arg(sql)
-            + QStringLiteral(" ORDER BY t.KompBezeichnung, t.TeIndex");
-    QSqlQuery q = exec(session.db(), sql, b.values);
     const bool blatt = oben.tiefe + 1 >= ebenen.size();
-    while (q.next()) {
+    for (const QVariantList &z : zeilen) {
         AnsichtKnoten k;
         k.blatt = blatt;
         k.filter = oben;
         k.filter.tiefe = oben.tiefe + 1;
         for (int i = 0; i < felder.size(); ++i)
-            k.filter.felder << qMakePair(felder.at(i), q.value(i).toString());
+            k.filter.felder << qMakePair(felder.at(i), z.at(i).toString());
         switch (ebene) {
         case E::Komponente:
-            k.text = q.value(2).isNull() ? KomponenteFehltKnoten : q.value(3).toString();
+            k.text = z.at(2).isNull() ? KomponenteFehltKnoten : z.at(3).toString();
             break;
         case E::Woche:
-            k.text = q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
+            k.text = z.at(0).toString() + QLatin1Char('/') + z.at(1).toString();
             break;
         case E::Gewerk:
-            k.text = q.value(0).toString();
+            k.text = z.at(0).toString();
             break;
         }
         out << k;
