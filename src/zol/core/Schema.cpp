@@ -93,14 +93,13 @@ QList<TableDef> buildTables()
     t << catalog("Option2", 50, {T("Beschreibung", 255)});
     t << TableDef{QStringLiteral("WartungsfreieZeit"), {T("WocheVon", 2), T("WocheBis", 2), T("Kommentar", 255)},
                   {U({"WocheVon", "WocheBis"})}};
-    // Beside the key: the feedback views read the orders by component, by week
-    // and by trade, each level in its sort order straight from an index, so a
-    // level is read page by page and a node's list without sorting the table.
-    // The trade's index ends with the week: a week's rows then lie together in
-    // it, as in the week's own, and deleting a week touches few of its pages.
+    // Beside the key: the feedback views read the orders of a week by
+    // component and the orders by trade, each level in its sort order straight
+    // from an index, so a level is read page by page and a node's list without
+    // sorting the table. Both begin with the week or end with it: a week's rows
+    // lie together in them, and planning or deleting a week writes few pages.
     t << TableDef{QStringLiteral("Auftrag"), auftragFields(),
                   {U({"Jahr", "Woche", "TeIndex", "Objekt", "Anweisung"}), N({"TeIndex"}),
-                   N({"KompBezeichnung", "TeIndex", "Jahr", "Woche", "Ausfuehrender"}),
                    N({"Jahr", "Woche", "KompBezeichnung", "TeIndex", "Ausfuehrender"}),
                    N({"Ausfuehrender", "Jahr", "Woche"})}};
     t << TableDef{QStringLiteral("Rückmeldungen"), auftragFields(),

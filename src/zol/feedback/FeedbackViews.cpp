@@ -134,11 +134,35 @@ QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFi
         }
     } else {
         Bedingung n = ab(danach);
-        QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3").arg(liste, n.sql(), ordnung);
-        if (anzahl > 0) {
-            sql += QStringLiteral(" LIMIT ?");
-            n.values << anzahl;
+        QString sql;
+        const QString grenze = anzahl > 0 ? QStringLiteral(" LIMIT ?") : QString();
+        if (oben.felder.isEmpty()) {
+            // The components at the top: no index orders all orders by
+            // component (every planning run would have to write it all over),
+            // so the components of each week are read in order from the week's
+            // index and merged, each week giving at most one page.
+            const QList<AnsichtKnoten> wochen = ansichtKinder(session, 1);   // the view that begins with the weeks
+            if (wochen.isEmpty())
+                return out;
+            QStringList teile;
+            QVariantList values;
+            for (const AnsichtKnoten &w : wochen) {
+                Bedingung wb = n;
+                wb.teile.prepend(QStringLiteral("Jahr = ? AND Woche = ?"));
+                wb.values = QVariantList{w.filter.felder.at(0).second, w.filter.felder.at(1).second} + wb.values;
+                teile << QStringLiteral("SELECT * FROM (SELECT %1 FROM Auftrag%2%3%4)").arg(liste, wb.sql(), ordnung, grenze);
+                values += wb.values;
+                if (anzahl > 0)
+                    values << anzahl;
+            }
+            sql = QStringLiteral("SELECT DISTINCT %1 FROM (%2)%3%4")
+                      .arg(liste, teile.join(QStringLiteral(" UNION ALL ")), ordnung, grenze);
+            n.values = values;
+        } else {
+            sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3%4").arg(liste, n.sql(), ordnung, grenze);
         }
+        if (anzahl > 0)
+            n.values << anzahl;
         // A component's node shows its current name; one that is gone says so.
         if (ebene == E::Komponente)
             sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
