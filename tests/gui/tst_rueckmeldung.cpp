@@ -1,9 +1,11 @@
+#include "gui/feedback/FeedbackTreeModel.h"
 #include "gui/feedback/frmRueckmeldung.h"
 #include "support/GuiSession.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Schema.h"
 #include "zol/core/Sql.h"
 #include "zol/planning/PlanningRun.h"
+#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -28,6 +30,29 @@ void plan(GuiSession &s)
     PlanningRun run(s.session());
     run.run(QStringLiteral("2026"), QStringLiteral("05"));
     run.run(QStringLiteral("2026"), QStringLiteral("00"));
+}
+
+// Every node of a view read at once, as paths of node texts.
+void alleKnoten(Session &s, int view, const KnotenFilter &oben, const QString &pfad, QStringList &out)
+{
+    for (const AnsichtKnoten &k : ansichtKinder(s, view, oben)) {
+        out << pfad + k.text;
+        if (!k.blatt)
+            alleKnoten(s, view, k.filter, pfad + k.text + QLatin1Char('/'), out);
+    }
+}
+
+// Every node the model shows when the view scrolls to the end and every node is expanded.
+void ausgeklappt(QAbstractItemModel &m, const QModelIndex &parent, const QString &pfad, QStringList &out)
+{
+    while (m.canFetchMore(parent))
+        m.fetchMore(parent);
+    for (int r = 0; r < m.rowCount(parent); ++r) {
+        const QModelIndex i = m.index(r, 0, parent);
+        out << pfad + i.data().toString();
+        if (m.hasChildren(i))
+            ausgeklappt(m, i, pfad + i.data().toString() + QLatin1Char('/'), out);
+    }
 }
 
 template <typename T> T *child(QWidget *w, const char *name)
@@ -140,6 +165,28 @@ private Q_SLOTS:
         QCOMPARE(tree->model()->rowCount(), 0);
         QCOMPARE(txtWoche->text(), QString());
         w->close();
+    }
+
+    // The tree reads its top level a page at a time and a node's children on
+    // expanding; scrolled to the end and expanded, every view shows every node.
+    void lazyTreeShowsEveryNode()
+    {
+        GuiSession s;
+        QVERIFY(s.login(QStringLiteral("Meister")));
+        plan(s);
+        FeedbackTreeModel model(s.session(), nullptr, 2);
+        for (int view = 0; view < 8; ++view) {
+            model.setAnsicht(view);
+            QCOMPARE(model.rowCount(), 2);
+            QVERIFY(model.canFetchMore({}));
+            // Made after the reset: the tester fetches more while it checks a reset.
+            QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+            QStringList expected, shown;
+            alleKnoten(s.session(), view, {}, {}, expected);
+            ausgeklappt(model, {}, {}, shown);
+            QVERIFY(expected.size() > 10);
+            QCOMPARE(shown, expected);
+        }
     }
 
     // An Auswerter sees the orders but can report, post and delete nothing.

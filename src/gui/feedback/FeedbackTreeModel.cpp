@@ -1,9 +1,10 @@
 #include "FeedbackTreeModel.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
+#include <QScopedValueRollback>
 
-FeedbackTreeModel::FeedbackTreeModel(zol::Session &session, QObject *parent)
-    : QAbstractItemModel(parent), m_session(session)
+FeedbackTreeModel::FeedbackTreeModel(zol::Session &session, QObject *parent, int seite)
+    : QAbstractItemModel(parent), m_session(session), m_seite(seite)
 {
     m_root.fetched = true;
 }
@@ -15,17 +16,27 @@ void FeedbackTreeModel::setAnsicht(int ansicht)
     beginResetModel();
     m_ansicht = ansicht;
     m_root.children.clear();
+    m_rootMore = true;
+    fill(&m_root, oberstePage());
+    endResetModel();
+}
+
+QList<zol::AnsichtKnoten> FeedbackTreeModel::oberstePage()
+{
+    QList<zol::AnsichtKnoten> nodes;
     try {
-        fill(&m_root, zol::ansichtKinder(m_session, ansicht));
+        const zol::AnsichtKnoten *last = m_root.children.empty() ? nullptr : &m_root.children.back()->knoten;
+        nodes = zol::ansichtKinder(m_session, m_ansicht, {}, last, m_seite);
     } catch (const zol::Fault &f) {
         zol::ZeigeMeldung(zol::faultText(f), zol::Style::Critical);
     }
-    endResetModel();
+    m_rootMore = nodes.size() == m_seite;
+    return nodes;
 }
 
 void FeedbackTreeModel::fill(Item *item, const QList<zol::AnsichtKnoten> &nodes)
 {
-    item->children.reserve(size_t(nodes.size()));
+    item->children.reserve(item->children.size() + size_t(nodes.size()));
     for (const zol::AnsichtKnoten &k : nodes) {
         auto child = std::make_unique<Item>();
         child->knoten = k;
@@ -91,11 +102,29 @@ bool FeedbackTreeModel::hasChildren(const QModelIndex &parent) const
 
 bool FeedbackTreeModel::canFetchMore(const QModelIndex &parent) const
 {
-    return parent.isValid() && !itemOf(parent)->fetched;
+    if (m_fetching)
+        return false;
+    return parent.isValid() ? !itemOf(parent)->fetched : m_rootMore;
 }
 
 void FeedbackTreeModel::fetchMore(const QModelIndex &parent)
 {
+    // A view that asks again while the rows are being inserted would read the same page twice.
+    if (m_fetching)
+        return;
+    const QScopedValueRollback<bool> busy(m_fetching, true);
+    if (!parent.isValid()) {
+        if (!m_rootMore)
+            return;
+        const QList<zol::AnsichtKnoten> nodes = oberstePage();
+        if (nodes.isEmpty())
+            return;
+        const int first = int(m_root.children.size());
+        beginInsertRows({}, first, first + int(nodes.size()) - 1);
+        fill(&m_root, nodes);
+        endInsertRows();
+        return;
+    }
     Item *item = itemOf(parent);
     if (item->fetched)
         return;

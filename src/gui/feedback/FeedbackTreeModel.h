@@ -4,13 +4,15 @@
 #include <memory>
 #include <vector>
 
-// The tree of a feedback view. The top level is read when the view is set; a
-// node's children are read when the view asks for them (on expanding).
+// The tree of a feedback view. The top level is read page by page as the view
+// scrolls (a view of every component would otherwise build them all at once);
+// a node's children are read when the view asks for them (on expanding).
 class FeedbackTreeModel : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    explicit FeedbackTreeModel(zol::Session &session, QObject *parent = nullptr);
+    // `seite`: top-level nodes read at a time.
+    explicit FeedbackTreeModel(zol::Session &session, QObject *parent = nullptr, int seite = 1000);
     ~FeedbackTreeModel() override;
 
     void setAnsicht(int ansicht);
@@ -35,10 +37,15 @@ private:
         bool fetched = false;
         std::vector<std::unique_ptr<Item>> children;
     };
+    // The next page of the top level, after the nodes read so far.
+    QList<zol::AnsichtKnoten> oberstePage();
     Item *itemOf(const QModelIndex &index) const;
     void fill(Item *item, const QList<zol::AnsichtKnoten> &nodes);
 
     zol::Session &m_session;
     int m_ansicht = 0;
+    int m_seite;
     Item m_root;
+    bool m_rootMore = false;
+    bool m_fetching = false;
 };

@@ -134,6 +134,8 @@ void Database::open()
         if (!Schema::tableExists(connection(), QStringLiteral("User")))
             throw Fault(FaultNo::TableMissing,
                         QStringLiteral("Die Tabelle 'User' fehlt in der Datendatei '%1'.").arg(shownPath));
+        // A file of an earlier build gets the indexes added since.
+        Schema::ensureIndexes(connection());
         applyPragmas();
     } catch (const Fault &f) {
         dropConnection(m_connectionName);

@@ -4,6 +4,8 @@
 #include "zol/instructions/IntervalCodes.h"
 #include "Passwords.h"
 #include "Sql.h"
+#include <QSqlRecord>
+#include <algorithm>
 
 namespace zol {
 
@@ -91,8 +93,15 @@ QList<TableDef> buildTables()
     t << catalog("Option2", 50, {T("Beschreibung", 255)});
     t << TableDef{QStringLiteral("WartungsfreieZeit"), {T("WocheVon", 2), T("WocheBis", 2), T("Kommentar", 255)},
                   {U({"WocheVon", "WocheBis"})}};
+    // Beside the key: the feedback views read the orders of a week by
+    // component and the orders by trade, each level in its sort order straight
+    // from an index, so a level is read page by page and a node's list without
+    // sorting the table. Both begin with the week or end with it: a week's rows
+    // lie together in them, and planning or deleting a week writes few pages.
     t << TableDef{QStringLiteral("Auftrag"), auftragFields(),
-                  {U({"Jahr", "Woche", "TeIndex", "Objekt", "Anweisung"}), N({"TeIndex"})}};
+                  {U({"Jahr", "Woche", "TeIndex", "Objekt", "Anweisung"}), N({"TeIndex"}),
+                   N({"Jahr", "Woche", "KompBezeichnung", "TeIndex", "Ausfuehrender"}),
+                   N({"Ausfuehrender", "Jahr", "Woche"})}};
     t << TableDef{QStringLiteral("Rückmeldungen"), auftragFields(),
                   {N({"Jahr", "Woche", "TeIndex", "Objekt", "Anweisung"})}};
     t << TableDef{QStringLiteral("Erfassung"),
@@ -202,16 +211,22 @@ QString Schema::createTableSql(const TableDef &def)
         + QLatin1Char(')');
 }
 
-static void createIndexes(const QSqlDatabase &db, const TableDef &def)
+// `present`: the fields the table has in the file; an index over a field it
+// lacks (a table of another build) is left out. Empty: a new table, all of them.
+static void createIndexes(const QSqlDatabase &db, const TableDef &def, const QSqlRecord &present = {})
 {
     int n = 0;
     for (const IndexDef &ix : def.indexes) {
+        ++n;
         QStringList cols;
         for (const QString &f : ix.fields)
             cols << ident(f);
-        exec(db, QStringLiteral("CREATE %1INDEX %2 ON %3 (%4)")
+        if (!present.isEmpty()
+            && std::any_of(ix.fields.begin(), ix.fields.end(), [&](const QString &f) { return !present.contains(f); }))
+            continue;
+        exec(db, QStringLiteral("CREATE %1INDEX IF NOT EXISTS %2 ON %3 (%4)")
                      .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(),
-                          ident(QStringLiteral("ix_%1_%2").arg(def.name).arg(++n)), ident(def.name),
+                          ident(QStringLiteral("ix_%1_%2").arg(def.name).arg(n)), ident(def.name),
                           cols.join(QStringLiteral(", "))));
     }
 }
@@ -238,6 +253,19 @@ void Schema::create(const QSqlDatabase &db)
         exec(db, createTableSql(t));
         createIndexes(db, t);
     }
+    tx.commit();
+}
+
+void Schema::ensureIndexes(const QSqlDatabase &db)
+{
+    QStringList present;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
+    while (q.next())
+        present << q.value(0).toString();
+    Transaction tx(db);
+    for (const QString &name : present)
+        if (hasTable(name))
+            createIndexes(db, table(name), db.record(name));
     tx.commit();
 }
 

@@ -57,6 +57,9 @@ public:
     // Returns true when it was made.
     static bool ensureYearTable(const QSqlDatabase &db, const QString &jahr);
     static bool tableExists(const QSqlDatabase &db, const QString &name);
+    // Makes every index of the schema that a table of the file lacks (a file
+    // made by an earlier build); nothing happens when all are there.
+    static void ensureIndexes(const QSqlDatabase &db);
     // The schema version stored in the file, 0 if the file has none.
     static int storedVersion(const QSqlDatabase &db);
 };

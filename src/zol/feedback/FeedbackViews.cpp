@@ -5,6 +5,7 @@
 #include "zol/planning/OrderRows.h"
 #include "zol/structure/Node.h"
 #include <QSet>
+#include <QSqlRecord>
 
 namespace zol {
 
@@ -79,7 +80,8 @@ const QList<RueckmeldungsAnsicht> &rueckmeldungsAnsichten()
     return views;
 }
 
-QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben)
+QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben, const AnsichtKnoten *nach,
+                                   int anzahl)
 {
     QList<AnsichtKnoten> out;
     const auto &views = rueckmeldungsAnsichten();
@@ -88,35 +90,106 @@ QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFi
     const QList<Ebene> &ebenen = views.at(ansicht).ebenen;
     const Ebene ebene = ebenen.at(oben.tiefe);
     const QStringList felder = felderDer(ebene);
-    QStringList spalten;
-    for (const QString &f : felder)
+    QStringList spalten, marken;
+    for (const QString &f : felder) {
         spalten << ident(f);
+        marken << QStringLiteral("?");
+    }
     const Bedingung b(session, oben);
-    QString sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2").arg(spalten.join(QStringLiteral(", ")), b.sql());
-    // A component's node shows its current name; one that is gone says so.
-    if (ebene == E::Komponente)
-        sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
-                             "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
-                  .arg(sql);
-    sql += QStringLiteral(" ORDER BY ") + spalten.join(QStringLiteral(", "));
-    QSqlQuery q = exec(session.db(), sql, b.values);
+    // The next page starts after the last node shown: its values are the last of its key.
+    QVariantList danach;
+    if (nach && nach->filter.felder.size() >= felder.size())
+        for (qsizetype i = nach->filter.felder.size() - felder.size(); i < nach->filter.felder.size(); ++i)
+            danach << nach->filter.felder.at(i).second;
+    const auto ab = [&](const QVariantList &werte) {
+        Bedingung n = b;
+        if (!werte.isEmpty()) {
+            n.teile << QStringLiteral("(%1) > (%2)").arg(spalten.join(QStringLiteral(", ")), marken.join(QStringLiteral(", ")));
+            n.values += werte;
+        }
+        return n;
+    };
+    const QString liste = spalten.join(QStringLiteral(", "));
+    const QString ordnung = QStringLiteral(" ORDER BY ") + liste;
+    QList<QVariantList> zeilen;
+    const auto lese = [&](QSqlQuery &q) {
+        QVariantList z;
+        for (int i = 0; i < q.record().count(); ++i)
+            z << q.value(i);
+        zeilen << z;
+        return z;
+    };
+    if (oben.felder.isEmpty() && ebene != E::Komponente) {
+        // The weeks and trades at the top are few among many rows: each is the
+        // first after the one before, found in an index that begins with it,
+        // rather than every row read for DISTINCT.
+        QVariantList letzte = danach;
+        while (anzahl <= 0 || zeilen.size() < anzahl) {
+            const Bedingung n = ab(letzte);
+            QSqlQuery q = exec(session.db(), QStringLiteral("SELECT %1 FROM Auftrag%2%3 LIMIT 1").arg(liste, n.sql(), ordnung),
+                               n.values);
+            if (!q.next())
+                break;
+            letzte = lese(q);
+        }
+    } else {
+        Bedingung n = ab(danach);
+        QString sql;
+        const QString grenze = anzahl > 0 ? QStringLiteral(" LIMIT ?") : QString();
+        if (oben.felder.isEmpty()) {
+            // The components at the top: no index orders all orders by
+            // component (every planning run would have to write it all over),
+            // so the components of each week are read in order from the week's
+            // index and merged, each week giving at most one page.
+            const QList<AnsichtKnoten> wochen = ansichtKinder(session, 1);   // the view that begins with the weeks
+            if (wochen.isEmpty())
+                return out;
+            QStringList teile;
+            QVariantList values;
+            for (const AnsichtKnoten &w : wochen) {
+                Bedingung wb = n;
+                wb.teile.prepend(QStringLiteral("Jahr = ? AND Woche = ?"));
+                wb.values = QVariantList{w.filter.felder.at(0).second, w.filter.felder.at(1).second} + wb.values;
+                teile << QStringLiteral("SELECT * FROM (SELECT %1 FROM Auftrag%2%3%4)").arg(liste, wb.sql(), ordnung, grenze);
+                values += wb.values;
+                if (anzahl > 0)
+                    values << anzahl;
+            }
+            sql = QStringLiteral("SELECT DISTINCT %1 FROM (%2)%3%4")
+                      .arg(liste, teile.join(QStringLiteral(" UNION ALL ")), ordnung, grenze);
+            n.values = values;
+        } else {
+            sql = QStringLiteral("SELECT DISTINCT %1 FROM Auftrag%2%3%4").arg(liste, n.sql(), ordnung, grenze);
+        }
+        if (anzahl > 0)
+            n.values << anzahl;
+        // A component's node shows its current name; one that is gone says so.
+        if (ebene == E::Komponente)
+            sql = QStringLiteral("SELECT t.KompBezeichnung, t.TeIndex, p.FileIndex, p.Text FROM (%1) t "
+                                 "LEFT JOIN ProtokollKopf p ON p.FileIndex = t.TeIndex")
+                      .arg(sql)
+                + QStringLiteral(" ORDER BY t.KompBezeichnung, t.TeIndex");
+        QSqlQuery q = exec(session.db(), sql, n.values);
+        while (q.next())
+            lese(q);
+    }
     const bool blatt = oben.tiefe + 1 >= ebenen.size();
-    while (q.next()) {
+    for (const QVariantList &z : zeilen) {
         AnsichtKnoten k;
         k.blatt = blatt;
         k.filter = oben;
         k.filter.tiefe = oben.tiefe + 1;
         for (int i = 0; i < felder.size(); ++i)
-            k.filter.felder << qMakePair(felder.at(i), q.value(i).toString());
+            k.filter.felder << qMakePair(felder.at(i), z.at(i).toString());
         switch (ebene) {
         case E::Komponente:
-            k.text = q.value(2).isNull() ? KomponenteFehltKnoten : q.value(3).toString();
+            k.text = z.at(2).isNull() ? KomponenteFehltKnoten : z.at(3).toString();
             break;
         case E::Woche:
-            k.text = q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
+            k.text = z.at(0).toString() + QLatin1Char('/') + z.at(1).toString();
             break;
         case E::Gewerk:
-            k.text = q.value(0).toString();
+            k.text = z.at(0).toString();
             break;
         }
         out << k;

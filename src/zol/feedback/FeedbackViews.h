@@ -39,8 +39,11 @@ struct AnsichtKnoten {
 };
 
 // The nodes below a node of a view (below nothing: the top level), in the
-// view's order. A Werker sees his own trade only.
-QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben = {});
+// view's order. A Werker sees his own trade only. A long level is read page by
+// page: at most `anzahl` nodes (0: all), those after the node `nach` (a node
+// of the same level; none: from the first).
+QList<AnsichtKnoten> ansichtKinder(Session &session, int ansicht, const KnotenFilter &oben = {},
+                                   const AnsichtKnoten *nach = nullptr, int anzahl = 0);
 
 // optOption: 0 both, 1 only open, 2 only reported.
 enum class AuftragsAuswahl { Beide = 0, Offen = 1, Zurueckgemeldet = 2 };
