@@ -10,6 +10,7 @@
 #include "zol/feedback/FeedbackCommands.h"
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
+#include "zol/repair/RepairPrints.h"
 #include <memory>
 #include <QCommandLineParser>
 #include <QDate>
@@ -36,6 +37,9 @@ const QList<Command> &commandTable()
          &cmdPost},
         {QStringLiteral("print"),
          QStringLiteral("print findings JAHR WOCHE --pdf DATEI   Befunde einer Woche als PDF"), &cmdPrint},
+        {QStringLiteral("print"),
+         QStringLiteral("print repairs --pdf DATEI [--offen|--erledigt]   IS-Aufträge mit Befundhäufigkeit als PDF"),
+         &cmdPrint},
     };
     return table;
 }
@@ -190,6 +194,15 @@ int cmdPrint(CommandContext &ctx)
         if (opened != Exit::Done)
             return opened;
         return zol::printFindingsCommand(startup.session(), ctx.args.mid(1));
+    }
+    if (!ctx.args.isEmpty() && ctx.args.first() == QLatin1String("repairs")) {
+        if (!zol::parseRepairsArgs(ctx.args.mid(1)))
+            return Exit::Usage;
+        zol::Startup startup(ctx.dataDir);
+        const int opened = openBatchSession(startup, ctx);
+        if (opened != Exit::Done)
+            return opened;
+        return zol::printRepairsCommand(startup.session(), ctx.args.mid(1));
     }
     if (ctx.args.isEmpty() || ctx.args.first() != QLatin1String("jobsheets")) {
         std::cerr << qPrintable(usageText());

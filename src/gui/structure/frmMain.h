@@ -56,7 +56,7 @@ private:
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
-        PrintSelected, PrintStructure, Feedback
+        PrintSelected, PrintStructure, Feedback, RepairCapture, RepairOverview
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -65,6 +65,7 @@ private:
         int arg = 0;
     };
     void buildMenus();
+    void openRepairOverview();
     void buildToolbar();
     void buildPopups();
     void buildFilterBar();
@@ -133,4 +134,5 @@ private:
     int m_savedState = 2;
     QPointer<QWidget> m_planning;
     QPointer<QWidget> m_feedback;
+    QPointer<QWidget> m_repairs;
 };

@@ -300,9 +300,9 @@ ISFeld PruefeVorSpeichern(ISAuftragMaske &m)
     return ISFeld::Keins;
 }
 
-SpeicherErgebnis SpeichereDatensatz(const QSqlDatabase &db, ISAuftragMaske &m, SpeicherArt art, bool neu)
+ISSpeicherErgebnis SpeichereDatensatz(const QSqlDatabase &db, ISAuftragMaske &m, SpeicherArt art, bool neu)
 {
-    SpeicherErgebnis e;
+    ISSpeicherErgebnis e;
     // Time and costs reach the store as numbers: the keyboard filter keeps
     // letters out of the time boxes, but a pasted text would be lost there.
     const std::pair<const QString *, ISFeld> zahlen[] = {
@@ -516,6 +516,53 @@ QStringList ErfassungsAuswahl::identNummern(const QString &name) const
 QStringList ErfassungsAuswahl::laufendeNummern(const QString &identNr) const
 {
     return liste(QStringLiteral("LaufendeNummer"), QStringLiteral("IdentNr = ?"), {identNr});
+}
+
+}
+
+namespace zol {
+
+void addDemoRepairOrders(const QSqlDatabase &db, int jahr)
+{
+    struct Demo {
+        int komponente;   // among the plant's components with an IdentNr, by name
+        const char *datum, *bis, *erledigt, *gewerk, *text;
+        double stunden, minuten, lohn, material, fremd;
+        int herkunft, art, schaden, ursache;
+        const char *prio;
+    };
+    const Demo demos[] = {
+        {0, "01.15", "01.17", "01.16", "Mechanik", "Gleitringdichtung undicht, ausgetauscht", 2, 30, 180, 95.5, 0, 1, 1, 4, 3, "1"},
+        {0, "03.02", "03.02", "", "Elektro", "Motor brummt beim Anlauf", 0, 45, 60, 0, 0, 2, 5, 7, 0, "0"},
+        {1, "02.10", "08.09", "", "Mechanik", "Lager läuft rau, Tausch bei nächstem Stillstand", 0, 0, 0, 0, 0, 1, 4, 13, 3, "3"},
+        {2, "04.20", "04.22", "04.21", "Elektro", "Schütz klebt, ersetzt", 1, 15, 90, 42, 0, 3, 5, 10, 4, "1"},
+        {3, "05.05", "06.30", "", "Schlosserei", "Geländer am Podest lose", 3, 0, 210, 30, 450, 4, 2, 11, 2, "2"},
+        {3, "06.11", "06.11", "06.11", "Elektro", "Beleuchtung ausgefallen, Fremdfirma", 0, 50, 0, 0, 320, 2, 2, 5, 5, "0"},
+    };
+    QStringList keys;
+    QSqlQuery q = exec(db, QStringLiteral("SELECT FileIndex FROM ProtokollKopf WHERE Katalog = '0' AND FileTyp = 'F' "
+                                          "AND IdentNr <> '' ORDER BY Text LIMIT 4"));
+    while (q.next())
+        keys << q.value(0).toString();
+    Transaction t(db);
+    for (const Demo &d : demos) {
+        const std::optional<Node> n = loadNode(db, keys.value(d.komponente));
+        if (!n)
+            continue;
+        const auto datum = [&](const char *md) {
+            return *md ? QStringLiteral("%1.%2").arg(jahr).arg(QLatin1String(md)) : QString();
+        };
+        exec(db,
+             QStringLiteral("INSERT INTO Erfassung (Name, IdentNr, LaufendeNummer, Datum, Stunden, Minuten, Lohnkosten, "
+                            "materialkosten, Fremdkosten, Kostenstelle, Gewerk, AuftragsHerkunft, Auftragsart, "
+                            "Schadensart, SchadensUrsache, Bemerkung, Prioritaet, ZuErledigenBis, ErledigtJN, erledigtam) "
+                            "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+             {n->Text, n->IdentNr, NaechsteLaufendeNummer(db, n->Text, n->IdentNr), datum(d.datum), d.stunden,
+              d.minuten, d.lohn, d.material, d.fremd, n->Kostenstelle, QString::fromUtf8(d.gewerk), d.herkunft, d.art,
+              d.schaden, d.ursache, QString::fromUtf8(d.text), QLatin1String(d.prio), datum(d.bis),
+              *d.erledigt ? 1 : 0, datum(d.erledigt)});
+    }
+    t.commit();
 }
 
 }

@@ -118,7 +118,7 @@ enum class SpeicherArt {
     Allgemein,   // the general capture
     Einzel,      // the single capture: shorter message, no test for new orders
 };
-struct SpeicherErgebnis {
+struct ISSpeicherErgebnis {
     ISFeld fehler = ISFeld::Keins;   // Keins: written
     bool gesperrt = false;           // done: done date, tick, due date and priority locked
     bool ok() const { return fehler == ISFeld::Keins; }
@@ -127,7 +127,7 @@ struct SpeicherErgebnis {
 // priority writes its date unless the due box holds one, which has the last
 // word; a new order may not be due before today. Nothing is written on a
 // failure. An order that is not done loses its done date.
-SpeicherErgebnis SpeichereDatensatz(const QSqlDatabase &db, ISAuftragMaske &m, SpeicherArt art, bool neu);
+ISSpeicherErgebnis SpeichereDatensatz(const QSqlDatabase &db, ISAuftragMaske &m, SpeicherArt art, bool neu);
 
 // ------------------------------------------------------------------ making orders
 
@@ -191,5 +191,13 @@ private:
     QString m_where;   // " WHERE ..." or empty
     QVariantList m_werte;
 };
+
+}
+
+namespace zol {
+
+// A few repair orders on the first components of the demo plant: open and
+// done ones, of several trades, origins and kinds of damage.
+void addDemoRepairOrders(const QSqlDatabase &db, int jahr = 2026);
 
 }

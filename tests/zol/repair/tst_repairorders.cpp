@@ -300,7 +300,7 @@ void TestRepairOrders::saveRules()
     m.Stunden = QStringLiteral("2");
     m.Minuten = QStringLiteral("45");
     ErledigtGeklickt(m, done);
-    const SpeicherErgebnis e = SpeichereDatensatz(d.sql(), m, art == 0 ? SpeicherArt::Allgemein : SpeicherArt::Einzel, neu);
+    const ISSpeicherErgebnis e = SpeichereDatensatz(d.sql(), m, art == 0 ? SpeicherArt::Allgemein : SpeicherArt::Einzel, neu);
     QCOMPARE(s.lastText(), message);
     QCOMPARE(e.ok(), message.isEmpty());
     const auto after = ladeISAuftrag(d.sql(), m.schluessel());
