@@ -160,6 +160,14 @@ ErfassungSpalten::ErfassungSpalten(const PrinterF &p)
     Material = Lohn + p.TextWidth(f9);
     Fremd = Material + p.TextWidth(f9);
     ErledigtAm = Fremd + p.TextWidth(QStringLiteral("0000000000"));
+    // Where the type is too wide for the page, the columns from the origin on
+    // close up in proportion, so that the done date still fits on the sheet.
+    const double rechts = p.ScaleWidth() - p.TextWidth(QStringLiteral("0000.00.00 "));
+    if (ErledigtAm > rechts && ErledigtAm > Herkunft) {
+        const double f = (rechts - Herkunft) / (ErledigtAm - Herkunft);
+        for (double *x : {&Schadensart, &Zeit, &Auftragsart, &Ursache, &Lohn, &Material, &Fremd, &ErledigtAm})
+            *x = Herkunft + (*x - Herkunft) * f;
+    }
 }
 
 double zeilenHoehe(const PrinterF &p) { return H(p); }
@@ -780,17 +788,16 @@ void Print_Erfassung_zusammen(PrinterF &p, int &zeile, ErfassungSummen sum, cons
 {
     const double stunden = sum.Stunden + std::floor(sum.Minuten / 60);
     const double minuten = sum.Minuten - 60 * std::floor(sum.Minuten / 60);
-    for (double x : {s.Zeit, s.Lohn, s.Material, s.Fremd})
-        putLine(p, x, zeile, QStringLiteral("======"));
-    const std::pair<double, QString> werte[] = {
-        {s.Zeit, erfassungZeit(stunden, minuten) + QStringLiteral("  (h)")},
-        {s.Lohn, erfassungZahl(sum.Lohnkosten)},
-        {s.Material, erfassungZahl(sum.materialkosten)},
-        {s.Fremd, erfassungZahl(sum.Fremdkosten)}};
-    for (const auto &[x, text] : werte) {
-        // The time's "(h)" may use the free order-kind column; every sum stops at the next one.
-        const double rechts = x == s.Zeit ? s.Ursache : x == s.Lohn ? s.Material : x == s.Material ? s.Fremd : s.ErledigtAm;
-        putLine(p, x, zeile + 1, fit(p, text, rechts - x - p.TextWidth(QStringLiteral(" "))));
+    // The time's "(h)" may use the free order-kind column; every sum stops at the next column.
+    const std::tuple<double, double, QString> werte[] = {
+        {s.Zeit, s.Ursache, erfassungZeit(stunden, minuten) + QStringLiteral("  (h)")},
+        {s.Lohn, s.Material, erfassungZahl(sum.Lohnkosten)},
+        {s.Material, s.Fremd, erfassungZahl(sum.materialkosten)},
+        {s.Fremd, s.ErledigtAm, erfassungZahl(sum.Fremdkosten)}};
+    for (const auto &[x, rechts, text] : werte) {
+        const double breite = rechts - x - p.TextWidth(QStringLiteral(" "));
+        putLine(p, x, zeile, fit(p, QStringLiteral("======"), breite));
+        putLine(p, x, zeile + 1, fit(p, text, breite));
     }
     zeile += 2;
 }

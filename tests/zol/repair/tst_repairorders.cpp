@@ -85,6 +85,7 @@ private slots:
     void cellRules();
     void listingGroupsAndSums();
     void emptyListingHasFrequencyPage();
+    void singleSheetInItsOrder();
 };
 
 void TestRepairOrders::numbering_data()
@@ -530,6 +531,38 @@ void TestRepairOrders::emptyListingHasFrequencyPage()
     s.answer(Answer::No);
     QCOMPARE(ErfassungStatistikDrucken(session, p, {}, false), ISDruckStatus::Nein);
     QCOMPARE(s.lastText(), QStringLiteral("Wollen Sie die Statistik jetzt ausdrucken?"));
+}
+
+void TestRepairOrders::singleSheetInItsOrder()
+{
+    TempData d;
+    Session session(d.db());
+    addComponent(d.sql(), QStringLiteral("0000000001"), QStringLiteral("Pumpe"), QStringLiteral("ID-1"));
+    addOrder(d.sql(), QStringLiteral("Pumpe"), QStringLiteral("ID-1"), QStringLiteral("00003"), {}, 1, 5);
+    exec(d.sql(), QStringLiteral("UPDATE Erfassung SET Bemerkung = ?, Auftragsart = 5"), {QString(3000, u'x')});
+    zoltest::RecordingPreview preview;
+    PrinterF p;
+    QCOMPARE(ISAuftragDrucken(session, p, {QStringLiteral("Pumpe"), QStringLiteral("ID-1"), QStringLiteral("00003")}, true),
+             ISDruckStatus::Gedruckt);
+    QCOMPARE(preview.store.pages.size(), 1);
+    QStringList lines;
+    for (const auto &it : preview.store.pages.at(0).items) {
+        lines << it.Text;
+        QVERIFY2(it.X + p.metrics().TextWidth(it.Text, it.Bold) <= p.ScaleWidth() + 1, qPrintable(it.Text.left(40)));
+    }
+    const QStringList inOrder = {QStringLiteral("I N S T A N D S E T Z U N G  (allgemeine Erfassung)"),
+                                 QStringLiteral("Laufende Nummer: 00003"),
+                                 QStringLiteral("Zeit: 1:05"),
+                                 QStringLiteral("Zu erledigen bis: 01.12.2026"),
+                                 QStringLiteral("Beschreibung:"),
+                                 QStringLiteral("Aussteller / Tel:")};
+    qsizetype at = 0;
+    for (const QString &t : inOrder) {
+        const qsizetype i = lines.indexOf(QRegularExpression(QRegularExpression::escape(t) + QStringLiteral(".*")), at);
+        QVERIFY2(i >= at, qPrintable(t));
+        at = i;
+    }
+    QVERIFY(lines.join(u'|').contains(QStringLiteral("Ungepl. IS (Störung)")));
 }
 
 QTEST_MAIN(TestRepairOrders)
