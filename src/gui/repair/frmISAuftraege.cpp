@@ -74,12 +74,14 @@ frmISAuftraege::frmISAuftraege(zol::Session &session, QWidget *parent)
         connect(o, &QRadioButton::clicked, this, &frmISAuftraege::Aktualisieren);
     ui->cmdAktualisieren->setText(tr("Aktuali&sieren"));
     connect(ui->cmdAktualisieren, &QPushButton::clicked, this, &frmISAuftraege::Aktualisieren);
+    for (QPushButton *b : {ui->cmdAktualisieren, ui->cmdStatistik0, ui->cmdStatistik1, ui->cmdAbbruch})
+        b->setMinimumWidth(b->sizeHint().width());
     connect(ui->cmdStatistik0, &QPushButton::clicked, this, [this] { Drucken(true); });
     connect(ui->cmdStatistik1, &QPushButton::clicked, this, [this] { Drucken(false); });
     connect(ui->cmdAbbruch, &QPushButton::clicked, this, &QWidget::close);
 
     const QString section = m_session.section(QStringLiteral("\\env\\ISAufträge"));
-    restoreWindowState(this, section, {QRect(0, 0, 1100, 640), 0});
+    restoreWindowState(this, section, {QRect(60, 60, 1100, 640), 0});
     for (int i = 0; i < m_model->columnCount(); ++i) {
         const int w = zol::GetSettingInt(section + QStringLiteral("\\Spalte%1").arg(i, 2, 10, QLatin1Char('0')),
                                          QStringLiteral("Width"), 0);
