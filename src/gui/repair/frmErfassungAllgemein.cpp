@@ -4,6 +4,7 @@
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/repair/RepairPrints.h"
+#include <QStringListModel>
 #include <QTimer>
 
 frmErfassungAllgemein::frmErfassungAllgemein(zol::Session &session, QWidget *parent)
@@ -14,6 +15,13 @@ frmErfassungAllgemein::frmErfassungAllgemein(zol::Session &session, QWidget *par
     ui->felderLayout->addWidget(m_felder);
     ui->cmdStatistik0->setObjectName(QStringLiteral("cmdStatistik(0)"));
     ui->cmdStatistik1->setObjectName(QStringLiteral("cmdStatistik(1)"));
+    // The lists may hold every component's name: a plain string model, and a
+    // width that does not measure them all.
+    for (QComboBox *c : {ui->dbcName, ui->dbcIdentNr, ui->dbcLaufendeNummer}) {
+        c->setModel(new QStringListModel(c));
+        c->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        c->setMinimumContentsLength(10);
+    }
     m_timer->setInterval(250);
     connect(m_timer, &QTimer::timeout, this, &frmErfassungAllgemein::Timer1_Timer);
 
@@ -118,12 +126,7 @@ void frmErfassungAllgemein::SetzeFilter()
     m_hatZeile = k.has_value();
     if (k)
         m_key = *k;
-    const QString name = m_key.Name;
-    ui->dbcName->blockSignals(true);
-    ui->dbcName->clear();
-    ui->dbcName->addItems(m_auswahl->namen());
-    ui->dbcName->setEditText(name);
-    ui->dbcName->blockSignals(false);
+    fuelle(ui->dbcName, m_auswahl->namen(), m_key.Name);
     RefreshCombos();
 }
 
@@ -131,16 +134,20 @@ void frmErfassungAllgemein::RefreshCombos()
 {
     if (!m_hatZeile) {
         for (QComboBox *c : {ui->dbcName, ui->dbcIdentNr, ui->dbcLaufendeNummer})
-            c->clear();
+            fuelle(c, {}, {});
         return;
     }
     ui->dbcName->setEditText(m_key.Name);
-    ui->dbcIdentNr->clear();
-    ui->dbcIdentNr->addItems(m_auswahl->identNummern(m_key.Name));
-    ui->dbcIdentNr->setEditText(m_key.IdentNr);
-    ui->dbcLaufendeNummer->clear();
-    ui->dbcLaufendeNummer->addItems(m_auswahl->laufendeNummern(m_key.IdentNr));
-    ui->dbcLaufendeNummer->setEditText(m_key.LaufendeNummer);
+    fuelle(ui->dbcIdentNr, m_auswahl->identNummern(m_key.Name), m_key.IdentNr);
+    fuelle(ui->dbcLaufendeNummer, m_auswahl->laufendeNummern(m_key.IdentNr), m_key.LaufendeNummer);
+}
+
+void frmErfassungAllgemein::fuelle(QComboBox *box, const QStringList &liste, const QString &text)
+{
+    box->blockSignals(true);
+    static_cast<QStringListModel *>(box->model())->setStringList(liste);
+    box->setEditText(text);
+    box->blockSignals(false);
 }
 
 void frmErfassungAllgemein::ZeigeDatensatz()

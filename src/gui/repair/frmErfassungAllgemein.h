@@ -40,6 +40,8 @@ protected:
 
 private:
     void bewege(const std::optional<zol::ISAuftragSchluessel> &ziel);
+    // Sets a key combo's list and its text.
+    static void fuelle(class QComboBox *box, const QStringList &liste, const QString &text);
     void status(int mode);
     // Geprueft: a check before the save refused, the window stays.
     enum class Gespeichert { Ja, Nein, Geprueft };

@@ -147,7 +147,6 @@ const QString kFelder = QStringLiteral(
     "Kostenstelle, Gewerk, AuftragsHerkunft, Auftragsart, Schadensart, SchadensUrsache, Bemerkung, Prioritaet, "
     "ZuErledigenBis, ErledigtJN, erledigtam, Druck");
 const QString kSchluessel = QStringLiteral("Name = ? AND IdentNr = ? AND LaufendeNummer = ?");
-const QString kOrdnung = QStringLiteral("Name, IdentNr, LaufendeNummer, rowid");
 
 QVariantList werteVon(const ISAuftragSchluessel &k) { return {k.Name, k.IdentNr, k.LaufendeNummer}; }
 
@@ -389,18 +388,24 @@ std::optional<Node> PruefeKomponente(const QSqlDatabase &db, const QString &file
 
 QString NaechsteLaufendeNummer(const QSqlDatabase &db, const QString &name, const QString &identNr)
 {
-    QSqlQuery q = exec(db, QStringLiteral("SELECT Name, LaufendeNummer FROM Erfassung WHERE IdentNr = ? ORDER BY ") + kOrdnung,
-                       {identNr});
-    bool gefunden = false;
-    qint64 maximum = 0;
-    while (q.next()) {
-        // The first search names the component; the following ones only its number.
-        if (!gefunden && q.value(0).toString().compare(name, Qt::CaseInsensitive) != 0)
-            continue;
-        gefunden = true;
-        if (const auto n = integerPart(q.value(1).toString()); n && *n > maximum)
+    // In the order of the capture the rows of one number follow each other by
+    // name: from the first row of the present name on, those are the rows of
+    // that name or of a name sorting behind it. Without a row of the present
+    // name nothing counts.
+    if (!scalar(db, QStringLiteral("SELECT 1 FROM Erfassung WHERE IdentNr = ? AND Name = ? LIMIT 1"), {identNr, name}).isValid())
+        return QStringLiteral("00001");
+    const QString zaehlen = QStringLiteral(" FROM Erfassung WHERE IdentNr = ? AND Name >= ? AND ");
+    const QString ziffern = QStringLiteral("(LaufendeNummer GLOB '[0-9]*' AND LaufendeNummer NOT GLOB '*[^0-9]*')");
+    // Plain digits are counted by the database; other texts (blanks, a decimal
+    // comma, letters) are read one by one, and those that aren't numbers skipped.
+    qint64 maximum = std::max<qint64>(
+        0, scalar(db, QStringLiteral("SELECT max(CAST(LaufendeNummer AS INTEGER))") + zaehlen + ziffern, {identNr, name})
+               .toLongLong());
+    QSqlQuery q = exec(db, QStringLiteral("SELECT LaufendeNummer") + zaehlen + QStringLiteral("NOT ") + ziffern,
+                       {identNr, name});
+    while (q.next())
+        if (const auto n = integerPart(q.value(0).toString()); n && *n > maximum)
             maximum = *n;
-    }
     if (maximum + 1 > 32767)
         throw Fault(6, QStringLiteral("Überlauf"));
     return QStringLiteral("%1").arg(maximum + 1, 5, 10, QLatin1Char('0'));
