@@ -60,12 +60,19 @@ private Q_SLOTS:
             for (const char *name : {"cmdMoveNext", "dbcName", "optAlleAufträge", "cmdÜbernehmen", "cmdDelete"})
                 QVERIFY2(!child<QWidget>(w, name)->isEnabled(), name);
             ScriptedPresenter p;
-            p.answer(Answer::Yes);
-            QTest::keyClick(w, Qt::Key_Escape);
-            QCOMPARE(p.texts(), QStringList{QStringLiteral("Diese IS-Auftrags-Neuanlage wirklich abbrechen?")});
+            p.answer(Answer::No).answer(Answer::Yes);
+            QTest::mouseClick(child<QPushButton>(w, "cmdAbbruch"), Qt::LeftButton);
+            QCOMPARE(p.texts().size(), 1);
+            QVERIFY(w->isVisible());   // No stays
+            QTest::mouseClick(child<QPushButton>(w, "cmdAbbruch"), Qt::LeftButton);
+            QTRY_COMPARE(p.texts(), QStringList(2, QStringLiteral("Diese IS-Auftrags-Neuanlage wirklich abbrechen?")));
         });
         QVERIFY(seen);
         QVERIFY(!abandoned.forced);
+        QCOMPARE(orders(s), before);
+        // Closed by its frame, a new order never saved goes as well.
+        const GuiSession::Opened closed = s.trigger(QStringLiteral("mnuAufträgeISAuftragErstellen"));
+        QCOMPARE(closed.modals, QStringList{QStringLiteral("frmErfassungAllgemein")});
         QCOMPARE(orders(s), before);
 
         s.trigger(QStringLiteral("mnuPopUpLv1ISAuftrag"), [&](QWidget *w) {

@@ -224,6 +224,7 @@ bool frmErfassungAllgemein::SpeichereDatensatz()
         return false;
     }
     m_felder->sperre(e.gesperrt);
+    m_gespeichert = true;
     return true;
 }
 
@@ -257,8 +258,12 @@ void frmErfassungAllgemein::abbrechen()
 
 void frmErfassungAllgemein::reject()
 {
-    // Escape and the frame's close button abandon as the button does: a new order leaves no row.
-    abbrechen();
+    // Escape and the frame's close button leave no orphan row: a new order
+    // never saved goes without a question; a saved one stays.
+    if (m_neu && m_hatZeile && !m_gespeichert)
+        zol::LoescheISAuftrag(m_session.db(), m_key);
+    m_timer->stop();
+    QDialog::reject();
 }
 
 void frmErfassungAllgemein::loeschen()

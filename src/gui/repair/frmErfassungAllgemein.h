@@ -59,4 +59,5 @@ private:
     bool m_hatZeile = false;
     int m_status = 0;
     bool m_neu = false;
+    bool m_gespeichert = false;   // the order on show was saved in this window
 };
