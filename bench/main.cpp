@@ -7,6 +7,7 @@
 #include "JobSheetBench.h"
 #include "PlanningBench.h"
 #include "PlantGenerator.h"
+#include "RepairBench.h"
 #include "zol/core/Database.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
@@ -31,6 +32,8 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         if (qstrcmp(argv[i], "--exchange") == 0)
             return zolbench::runExchangeBench(argc, argv);
+        if (qstrcmp(argv[i], "--repairs") == 0)
+            return zolbench::runRepairBench(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

@@ -12,6 +12,7 @@
 #include "zol/feedback/FeedbackCommands.h"
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
+#include "zol/repair/RepairPrints.h"
 #include <memory>
 #include <QCommandLineParser>
 #include <QDate>
@@ -38,6 +39,9 @@ const QList<Command> &commandTable()
          &cmdPost},
         {QStringLiteral("print"),
          QStringLiteral("print findings JAHR WOCHE --pdf DATEI   Befunde einer Woche als PDF"), &cmdPrint},
+        {QStringLiteral("print"),
+         QStringLiteral("print repairs --pdf DATEI [--offen|--erledigt]   IS-Aufträge mit Befundhäufigkeit als PDF"),
+         &cmdPrint},
         {QStringLiteral("export"),
          QStringLiteral("export components PFAD --file DATEI [--with-instructions]   Komponenten in .db oder .xlsx"),
          &cmdExport},
@@ -201,6 +205,15 @@ int cmdPrint(CommandContext &ctx)
         if (opened != Exit::Done)
             return opened;
         return zol::printFindingsCommand(startup.session(), ctx.args.mid(1));
+    }
+    if (!ctx.args.isEmpty() && ctx.args.first() == QLatin1String("repairs")) {
+        if (!zol::parseRepairsArgs(ctx.args.mid(1)))
+            return Exit::Usage;
+        zol::Startup startup(ctx.dataDir);
+        const int opened = openBatchSession(startup, ctx);
+        if (opened != Exit::Done)
+            return opened;
+        return zol::printRepairsCommand(startup.session(), ctx.args.mid(1));
     }
     if (ctx.args.isEmpty() || ctx.args.first() != QLatin1String("jobsheets")) {
         std::cerr << qPrintable(usageText());

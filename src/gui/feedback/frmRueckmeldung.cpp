@@ -2,6 +2,8 @@
 #include "ui_frmRueckmeldung.h"
 #include "FeedbackTreeModel.h"
 #include "OrderListModel.h"
+#include "gui/repair/frmErfassungAllgemein.h"
+#include "zol/core/Clock.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Sql.h"
@@ -91,10 +93,7 @@ frmRueckmeldung::frmRueckmeldung(zol::Session &session, QWidget *parent)
     connect(ui->cmdLöschen, &QPushButton::clicked, this, &frmRueckmeldung::WocheLöschen);
     connect(ui->cmdDrucken, &QPushButton::clicked, this, [this] { BefundeDrucken(false); });
     connect(ui->cmdDruckVorschau, &QPushButton::clicked, this, [this] { BefundeDrucken(true); });
-    // Repair orders from a finding come with the repair-order windows.
-    connect(ui->cmdISAuftrag, &QPushButton::clicked, this, [] {
-        zol::ZeigeMeldung(tr("Diese Funktion ist noch nicht verfügbar"), zol::Style::Information);
-    });
+    connect(ui->cmdISAuftrag, &QPushButton::clicked, this, &frmRueckmeldung::ISAuftragGenerieren);
 
     for (QWidget *w : {static_cast<QWidget *>(ui->LabelStorno), static_cast<QWidget *>(ui->LabelStorno2),
                        static_cast<QWidget *>(ui->CheckStorno)})
@@ -106,6 +105,21 @@ frmRueckmeldung::frmRueckmeldung(zol::Session &session, QWidget *parent)
 }
 
 frmRueckmeldung::~frmRueckmeldung() = default;
+
+void frmRueckmeldung::ISAuftragGenerieren()
+{
+    // A new repair order of the row's component, with the finding's date and text.
+    const zol::AuftragZeile *z = m_list->zeile(m_row);
+    if (!z)
+        return;
+    zol::ISAuftragMaske v = zol::leereMaske(m_session.login());
+    v.MeldeDatum = zol::Heute().toString(QStringLiteral("dd.MM.yyyy"));
+    v.ZuErledigenBis = v.MeldeDatum;
+    v.Beschreibung = z->Text;
+    frmErfassungAllgemein capture(m_session, this);
+    capture.setKatalogPicker(m_picker);
+    capture.zeig(z->TeIndex, &v);
+}
 
 void frmRueckmeldung::zeig()
 {

@@ -3,6 +3,7 @@
 #include "zol/feedback/Feedback.h"
 #include "zol/feedback/FeedbackViews.h"
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -36,6 +37,11 @@ public:
     void Verbuchen();
     void WocheLöschen();
     void BefundeDrucken(bool vorschau);
+    // cmdISAuftrag: the general capture as a new order of the row's component.
+    void ISAuftragGenerieren();
+    // The catalog lookups of the capture it opens.
+    using KatalogPicker = std::function<QString(const QString &table)>;
+    void setKatalogPicker(KatalogPicker picker) { m_picker = std::move(picker); }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -61,4 +67,5 @@ private:
     int m_row = -1;            // the list row on display
     bool m_changed = false;    // a field was changed since the row was shown
     bool m_quiet = false;      // suppresses the row event during bulk work
+    KatalogPicker m_picker;
 };

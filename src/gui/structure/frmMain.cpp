@@ -18,6 +18,8 @@
 #include "gui/instructions/frmKatalog.h"
 #include "gui/feedback/frmRueckmeldung.h"
 #include "gui/planning/frmAuftragsplanung.h"
+#include "gui/repair/frmErfassungAllgemein.h"
+#include "gui/repair/frmISAuftraege.h"
 #include "ui_frmMain.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Options.h"
@@ -253,8 +255,8 @@ void frmMain::buildMenus()
           {"mnuAufträgeRückmeldungen", "&Rückmeldungen", Run::Feedback},
           {"", "", N},
           {"mnuAufträgeISAuftragErstellen", "IS-Auftrag &erstellen", Run::ISAuftrag},
-          {"mnuAufträgeISAuftragBearbeiten", "IS-Aufträge &bearbeiten", N},
-          {"mnuAuftragstabelle", "&Übersicht IS-Aufträge", N},
+          {"mnuAufträgeISAuftragBearbeiten", "IS-Aufträge &bearbeiten", Run::RepairCapture},
+          {"mnuAuftragstabelle", "&Übersicht IS-Aufträge", Run::RepairOverview},
           {"", "", N},
           {"mnuWartungsfreieZeiten", "&Wartungsfreie Zeiten definieren", Run::MaintenanceFree}}},
         {"mnuKatalog", "&Kataloge",
@@ -582,6 +584,15 @@ void frmMain::perform(Run run, int arg)
     case Run::ISAuftrag:
         isAuftrag();
         break;
+    case Run::RepairCapture: {
+        frmErfassungAllgemein capture(m_session, this);
+        capture.setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
+        capture.zeig();
+        break;
+    }
+    case Run::RepairOverview:
+        openRepairOverview();
+        break;
     case Run::SelectAll:
         selectListKeys(m_explorer.selectAll(m_listModel->keys()));
         ui->lvListView->setFocus();
@@ -628,6 +639,7 @@ void frmMain::openFeedback()
     // One feedback window at a time, as for planning.
     if (!m_feedback) {
         auto *w = new frmRueckmeldung(m_session, this);
+        w->setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
         w->setWindowFlag(Qt::Window);
         w->setAttribute(Qt::WA_DeleteOnClose);
         m_feedback = w;
@@ -1058,7 +1070,26 @@ void frmMain::isAuftrag()
     const QString key = m_listModel->keyAt(ui->lvListView->currentIndex().row());
     if (key.isEmpty() || !zol::ISAuftragErlaubt(m_session.db(), key))
         return;
-    perform(Run::NotYet, 0);
+    frmErfassungAllgemein capture(m_session, this);
+    capture.setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
+    capture.zeig(key);
+}
+
+void frmMain::openRepairOverview()
+{
+    // One overview at a time, as for planning.
+    if (!m_repairs) {
+        auto *w = new frmISAuftraege(m_session, this);
+        w->setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
+        w->setWindowFlag(Qt::Window);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        m_repairs = w;
+        const QString key = m_listModel->keyAt(ui->lvListView->currentIndex().row());
+        w->zeig(zol::IsStandard(m_session.db(), key));
+    }
+    m_repairs->show();
+    m_repairs->raise();
+    m_repairs->activateWindow();
 }
 
 void frmMain::showPicture(int slot) { frmBildanzeige::oeffne(m_session, slot, this); }

@@ -57,7 +57,7 @@ private:
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
         PrintSelected, PrintStructure, Feedback,
-        Export, Import
+        Export, Import, RepairCapture, RepairOverview
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -66,6 +66,7 @@ private:
         int arg = 0;
     };
     void buildMenus();
+    void openRepairOverview();
     void buildToolbar();
     void buildPopups();
     void buildFilterBar();
@@ -137,4 +138,5 @@ private:
     int m_savedState = 2;
     QPointer<QWidget> m_planning;
     QPointer<QWidget> m_feedback;
+    QPointer<QWidget> m_repairs;
 };

@@ -110,7 +110,7 @@ QList<TableDef> buildTables()
                    T("Gewerk", 50), I("AuftragsHerkunft"), I("Auftragsart"), I("Schadensart"),
                    I("SchadensUrsache"), T("Bemerkung", 2000), T("Prioritaet", 1), T("ZuErledigenBis", 10),
                    B("ErledigtJN"), T("erledigtam", 10), T("Druck", 10)},
-                  {N({"IdentNr", "LaufendeNummer"}), N({"Name", "IdentNr"})}};
+                  {N({"IdentNr", "LaufendeNummer"}), N({"Name", "IdentNr", "LaufendeNummer"})}};
     return t;
 }
 

@@ -160,6 +160,14 @@ ErfassungSpalten::ErfassungSpalten(const PrinterF &p)
     Material = Lohn + p.TextWidth(f9);
     Fremd = Material + p.TextWidth(f9);
     ErledigtAm = Fremd + p.TextWidth(QStringLiteral("0000000000"));
+    // Where the type is too wide for the page, the columns from the origin on
+    // close up in proportion, so that the done date still fits on the sheet.
+    const double rechts = p.ScaleWidth() - p.TextWidth(QStringLiteral("0000.00.00 "));
+    if (ErledigtAm > rechts && ErledigtAm > Herkunft) {
+        const double f = (rechts - Herkunft) / (ErledigtAm - Herkunft);
+        for (double *x : {&Schadensart, &Zeit, &Auftragsart, &Ursache, &Lohn, &Material, &Fremd, &ErledigtAm})
+            *x = Herkunft + (*x - Herkunft) * f;
+    }
 }
 
 double zeilenHoehe(const PrinterF &p) { return H(p); }
@@ -724,6 +732,151 @@ int Print_Erfassung_Kopf(PrinterF &p, const QString &datum, const ErfassungSpalt
     rule(p, 3);
     p.setBold(false);
     return 4;
+}
+
+}
+
+// ------------------------------------------------------------ repair orders
+
+namespace zol {
+
+void ErfassungSummen::add(const ErfassungDruckZeile &z)
+{
+    Stunden += z.Stunden;
+    Minuten += z.Minuten;
+    Lohnkosten += z.Lohnkosten;
+    materialkosten += z.materialkosten;
+    Fremdkosten += z.Fremdkosten;
+}
+
+QString erfassungZahl(double v) { return QString::number(v, 'g', 15).replace(QLatin1Char('.'), QLatin1Char(',')); }
+
+QString erfassungZeit(double stunden, double minuten)
+{
+    return erfassungZahl(stunden) + QLatin1Char(':') + QStringLiteral("%1").arg(qint64(minuten), 2, 10, QLatin1Char('0'));
+}
+
+void Print_Erfassung_Komponente(PrinterF &p, const ErfassungDruckZeile &z, int &zeile)
+{
+    const QString text = z.Name + QStringLiteral("       -    IdentNr.:   ") + z.IdentNr
+                         + QStringLiteral("       -    Kostenstelle:   ") + z.Kostenstelle;
+    p.setBold(true);
+    putLine(p, 300, zeile, fit(p, text, p.ScaleWidth() - 300), true);
+    p.setBold(false);
+    ++zeile;
+}
+
+void Print_Erfassung_Zeile(PrinterF &p, const ErfassungDruckZeile &z, int &zeile, const ErfassungSpalten &s)
+{
+    const std::pair<double, QString> zellen[] = {
+        {s.LaufendeNummer, z.LaufendeNummer}, {s.Datum, z.Datum}, {s.Herkunft, z.Herkunft},
+        {s.Schadensart, z.Schadensart}, {s.Zeit, erfassungZeit(z.Stunden, z.Minuten)},
+        {s.Auftragsart, z.Auftragsart}, {s.Ursache, z.Ursache}, {s.Lohn, erfassungZahl(z.Lohnkosten)},
+        {s.Material, erfassungZahl(z.materialkosten)}, {s.Fremd, erfassungZahl(z.Fremdkosten)},
+        {s.ErledigtAm, z.erledigtam}};
+    const int n = int(std::size(zellen));
+    for (int i = 0; i < n; ++i) {
+        const double rechts = i + 1 < n ? zellen[i + 1].first : p.ScaleWidth();
+        // A blank's width between columns, so two values never touch.
+        const double breite = rechts - zellen[i].first - p.TextWidth(QStringLiteral(" "));
+        putLine(p, zellen[i].first, zeile, fit(p, zellen[i].second, breite));
+    }
+    ++zeile;
+}
+
+void Print_Erfassung_zusammen(PrinterF &p, int &zeile, ErfassungSummen sum, const ErfassungSpalten &s)
+{
+    const double stunden = sum.Stunden + std::floor(sum.Minuten / 60);
+    const double minuten = sum.Minuten - 60 * std::floor(sum.Minuten / 60);
+    // The time's "(h)" may use the free order-kind column; every sum stops at the next column.
+    const std::tuple<double, double, QString> werte[] = {
+        {s.Zeit, s.Ursache, erfassungZeit(stunden, minuten) + QStringLiteral("  (h)")},
+        {s.Lohn, s.Material, erfassungZahl(sum.Lohnkosten)},
+        {s.Material, s.Fremd, erfassungZahl(sum.materialkosten)},
+        {s.Fremd, s.ErledigtAm, erfassungZahl(sum.Fremdkosten)}};
+    for (const auto &[x, rechts, text] : werte) {
+        const double breite = rechts - x - p.TextWidth(QStringLiteral(" "));
+        putLine(p, x, zeile, fit(p, QStringLiteral("======"), breite));
+        putLine(p, x, zeile + 1, fit(p, text, breite));
+    }
+    zeile += 2;
+}
+
+void Print_Erfassung_Haeufigkeit(PrinterF &p, const QString &datum, const QList<HaeufigkeitsBlock> &bloecke)
+{
+    const auto kopf = [&] {
+        putLine(p, p.ScaleWidth() * 3 / 4, 0, QStringLiteral("Gedruckt : ") + datum);
+        rule(p, 1);
+        const QString titel = QStringLiteral("Befundhäufigkeit");
+        p.setBold(true);
+        putLine(p, (p.ScaleWidth() - p.TextWidth(titel)) / 2, 3, titel, true);
+        p.setBold(false);
+        return 5;
+    };
+    int zeile = kopf();
+    const int letzte = int(p.ScaleHeight() / H(p)) - 1;
+    for (int b = 0; b < bloecke.size(); ++b) {
+        const HaeufigkeitsBlock &block = bloecke.at(b);
+        const QString luecke = b == 0 ? QStringLiteral("              ") : QStringLiteral("               ");
+        // A title never stands alone at a page foot.
+        if (zeile + 1 > letzte) {
+            p.NewPage();
+            zeile = kopf();
+        }
+        putLine(p, 200, zeile++, block.titel, true);
+        for (int i = 0; i < block.texte.size(); ++i) {
+            if (zeile > letzte) {
+                p.NewPage();
+                zeile = kopf();
+            }
+            putLine(p, 200, zeile++, fit(p, luecke + QString::number(block.anzahl.value(i)) + QStringLiteral("  *  ")
+                                             + block.texte.at(i), p.ScaleWidth() - 200));
+        }
+        ++zeile;
+    }
+}
+
+void Print_Erfassung_Auftrag_Kopf(PrinterF &p, const QString &datum, const ErfassungBlatt &b)
+{
+    const double breite = p.ScaleWidth() - 100;
+    const auto zeile = [&](int n, const QString &text, bool bold = false) {
+        p.setBold(bold);
+        putLine(p, 100, n, fit(p, text, breite), bold);
+        p.setBold(false);
+    };
+    zeile(0, QStringLiteral("Gedruckt : ") + datum);
+    zeile(1, QStringLiteral("I N S T A N D S E T Z U N G  (allgemeine Erfassung)"), true);
+    rule(p, 2);
+    zeile(4, QStringLiteral("Laufende Nummer: ") + b.LaufendeNummer, true);
+    zeile(5, QStringLiteral("Meldedatum: ") + b.Datum + QStringLiteral("       -        Ident-Nr: ") + b.IdentNr);
+    // The component and its path may be long: wrapped over as many lines as they need.
+    int n = 6;
+    const QStringList komp = p.WrapText(b.KompText + QStringLiteral("   (") + b.Pfad + QStringLiteral(")"), breite,
+                                        QStringLiteral(" \\"));
+    for (const QString &l : komp)
+        zeile(n++, l, true);
+    zeile(n++, QStringLiteral("       -        Lokalisierung: ") + b.Lokalisierung
+                   + QStringLiteral("       -        Laufweg: ") + b.Laufweg);
+    zeile(n++, QStringLiteral("Auftragsart: ") + b.Auftragsart + QStringLiteral("       -        Auftragsherkunft: ")
+                   + b.Auftragsherkunft);
+    zeile(n++, QStringLiteral("Zeit: ") + b.Zeit + QStringLiteral("       -        Lohnkosten: ") + b.Lohnkosten
+                   + QStringLiteral("       -        Materialkosten: ") + b.Materialkosten
+                   + QStringLiteral("       -        Fremdleistung:  ") + b.Fremdleistung);
+    zeile(n++, QStringLiteral("Zu erledigen bis: ") + b.ZuErledigenBis, true);
+    rule(p, n++);
+    zeile(++n, QStringLiteral("Beschreibung:"), true);
+    ++n;
+    const double h = H(p);
+    const int fuss = int(p.ScaleHeight() / h) - 2;
+    QString text = b.Beschreibung;
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+    // A description longer than the sheet is cut at its foot, never printed over it.
+    const QStringList absaetze = text.split(QStringLiteral("\r\n"));
+    for (const QString &absatz : absaetze)
+        for (const QString &l : p.WrapText(absatz, breite))
+            if (n < fuss)
+                zeile(n++, l);
+    zeile(fuss + 1, QStringLiteral("Aussteller / Tel: . . . . . . . . . .  . . . . . .   Gesehen: . . . "));
 }
 
 }

@@ -120,3 +120,49 @@ bool Print_Aufwand_Zeile(PrinterF &p, const QString &woche, double stunden, doub
 int Print_Erfassung_Kopf(PrinterF &p, const QString &datum, const ErfassungSpalten &s);
 
 }
+
+namespace zol {
+
+// One repair order as the repair order prints read it: codes already as
+// their short texts, dates as stored.
+struct ErfassungDruckZeile {
+    QString Name, IdentNr, LaufendeNummer, Datum, Kostenstelle, erledigtam;
+    QString Herkunft, Auftragsart, Schadensart, Ursache;
+    double Stunden = 0, Minuten = 0, Lohnkosten = 0, materialkosten = 0, Fremdkosten = 0;
+};
+
+// The sums of one component in the repair order list.
+struct ErfassungSummen {
+    double Stunden = 0, Minuten = 0, Lohnkosten = 0, materialkosten = 0, Fremdkosten = 0;
+    void add(const ErfassungDruckZeile &z);
+};
+
+// Numbers of the repair order prints: as entered, with a decimal comma.
+QString erfassungZahl(double v);
+// Hours and minutes "h:mm".
+QString erfassungZeit(double stunden, double minuten);
+
+// The component line of a group; the line counter grows by one.
+void Print_Erfassung_Komponente(PrinterF &p, const ErfassungDruckZeile &z, int &zeile);
+// One order; every value cut to its column. The line counter grows by one.
+void Print_Erfassung_Zeile(PrinterF &p, const ErfassungDruckZeile &z, int &zeile, const ErfassungSpalten &s);
+// The sums of a group under a rule of "======"; minutes carried into hours.
+// The line counter grows by two.
+void Print_Erfassung_zusammen(PrinterF &p, int &zeile, ErfassungSummen summen, const ErfassungSpalten &s);
+// The page of frequencies: one block per code list, every entry with its count.
+struct HaeufigkeitsBlock {
+    QString titel;
+    QStringList texte;
+    QList<int> anzahl;
+};
+void Print_Erfassung_Haeufigkeit(PrinterF &p, const QString &datum, const QList<HaeufigkeitsBlock> &bloecke);
+
+// The single sheet of one order.
+struct ErfassungBlatt {
+    QString LaufendeNummer, Datum, IdentNr, KompText, Pfad, Lokalisierung, Laufweg;
+    QString Auftragsart, Auftragsherkunft, Zeit, Lohnkosten, Materialkosten, Fremdleistung, ZuErledigenBis;
+    QString Beschreibung;
+};
+void Print_Erfassung_Auftrag_Kopf(PrinterF &p, const QString &datum, const ErfassungBlatt &b);
+
+}

@@ -1,4 +1,5 @@
 #include "DemoPlant.h"
+#include "zol/repair/RepairOrders.h"
 #include "Node.h"
 #include "zol/core/Passwords.h"
 #include "zol/core/RecordKeys.h"
@@ -547,6 +548,7 @@ void addDemoPlant(const QSqlDatabase &db, int bezugsJahr)
 
     addCatalogs(db);
     addUsers(db);
+    addDemoRepairOrders(db, bezugsJahr);
     tx.commit();
 }
 
