@@ -56,7 +56,7 @@ private:
         NotYet, Nothing, Quit, About, Contents, ToggleToolbar, ToggleStatusBar, ViewMode, Refresh,
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
-        PrintSelected, PrintStructure, Feedback
+        PrintSelected, PrintStructure, Feedback, Statistics
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -75,6 +75,8 @@ private:
     void applyUserMenus(bool userMenu, bool passwordMenu);
     void openPlanning();
     void openFeedback();
+    // 0 planned effort, 1 reported effort, 2 effort per trade, 3 selected entries, 4 raw data.
+    void openStatistics(int which);
     void openOptions();
     // What the protocol grid of a component shows; opened from the list.
     void openProtocol(const QString &fileIndex);
@@ -133,4 +135,5 @@ private:
     int m_savedState = 2;
     QPointer<QWidget> m_planning;
     QPointer<QWidget> m_feedback;
+    QPointer<QWidget> m_statistics[5];
 };

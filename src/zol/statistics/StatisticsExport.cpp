@@ -24,8 +24,8 @@ QString tabellenNameFehler(const QString &name)
     if (name.size() > 64 || name.startsWith(QLatin1Char(' ')) || name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive))
         return MsgTabelleUnzulaessig;
     for (QChar c : name)
-        if (c.unicode() < 32 || c == QLatin1Char('[') || c == QLatin1Char(']') || c == QLatin1Char('.')
-            || c == QLatin1Char('!') || c == QLatin1Char('`') || c == QLatin1Char('"'))
+        if (c.unicode() < 32 || c == QLatin1Char('[') || c == QLatin1Char(']') || c == QLatin1Char('`')
+            || c == QLatin1Char('"'))
             return MsgTabelleUnzulaessig;
     return {};
 }
