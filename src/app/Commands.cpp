@@ -10,6 +10,7 @@
 #include "zol/feedback/FeedbackCommands.h"
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
+#include "zol/statistics/ExportCommand.h"
 #include <memory>
 #include <QCommandLineParser>
 #include <QDate>
@@ -36,6 +37,10 @@ const QList<Command> &commandTable()
          &cmdPost},
         {QStringLiteral("print"),
          QStringLiteral("print findings JAHR WOCHE --pdf DATEI   Befunde einer Woche als PDF"), &cmdPrint},
+        {QStringLiteral("export"),
+         QStringLiteral("export rohdaten|geplant|rueckgemeldet ... --xlsx DATEI   Statistik als Arbeitsmappe"
+                        " (zol export ohne weitere Angaben nennt die Formen)"),
+         &cmdExport},
     };
     return table;
 }
@@ -202,6 +207,17 @@ int cmdPrint(CommandContext &ctx)
     if (opened != Exit::Done)
         return opened;
     return zol::printJobSheetsCommand(startup.session(), ctx.args.mid(1));
+}
+
+int cmdExport(CommandContext &ctx)
+{
+    if (!zol::exportStatisticsArgsValid(ctx.args))
+        return Exit::Usage;
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return zol::exportStatisticsCommand(startup.session(), ctx.args, ctx.yes);
 }
 
 }

@@ -53,5 +53,6 @@ int cmdInit(CommandContext &ctx);
 int cmdPlan(CommandContext &ctx);
 int cmdPrint(CommandContext &ctx);
 int cmdPost(CommandContext &ctx);
+int cmdExport(CommandContext &ctx);
 
 }
