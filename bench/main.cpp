@@ -6,6 +6,7 @@
 #include "JobSheetBench.h"
 #include "PlanningBench.h"
 #include "PlantGenerator.h"
+#include "StatisticsBench.h"
 #include "zol/core/Database.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
@@ -27,6 +28,9 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         if (qstrcmp(argv[i], "--feedback") == 0)
             return zolbench::runFeedbackBench(argc, argv);
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--statistics") == 0)
+            return zolbench::runStatisticsBench(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
