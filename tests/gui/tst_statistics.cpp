@@ -137,6 +137,7 @@ private Q_SLOTS:
         QCOMPARE(row->text(3), b);
         QCOMPARE(row->text(5), d);
         QCOMPARE(list->topLevelItem(1)->text(0), QStringLiteral("   *** Summe aller ausgew. Komponenten ***"));
+        QVERIFY(list->isColumnHidden(1) && list->isColumnHidden(8));   // a run keeps the view
 
         // The ratios to A come into view through the menu.
         QAction *geplant = w->findChild<QAction *>(QStringLiteral("mnuAnsichtGeplant"));

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDate>
+#include <QGridLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProgressBar>
@@ -52,6 +53,8 @@ void EffortWindow::init()
     m_ausgewaehlt = need<QRadioButton>(this, "optAusgewählt");
     m_list = need<QTreeWidget>(this, "lvStatistik");
     m_progress = need<QProgressBar>(this, "ProgressBar");
+    if (auto *grid = qobject_cast<QGridLayout *>(layout()))
+        grid->setColumnStretch(2, 2);   // the result list takes the widest share
     m_auswertung->addItems(m_reported ? rueckgemeldetAuswertungen() : geplantAuswertungen());
     for (QLineEdit *e : {m_wocheVon, m_wocheBis, m_jahrVon, m_jahrBis})
         zolgui::SelectOnFocus::install(e);

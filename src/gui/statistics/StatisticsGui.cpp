@@ -193,6 +193,10 @@ void fillList(QTreeWidget *list, const QStringList &captions, const QList<QStrin
     list->addTopLevelItems(items);
     if (!items.isEmpty())
         list->setCurrentItem(items.first());
+    // Columns as wide as their texts; a long list is not measured row by row.
+    if (rows.size() <= 5000)
+        for (int c = 0; c < list->columnCount(); ++c)
+            list->resizeColumnToContents(c);
     list->setUpdatesEnabled(true);
 }
 

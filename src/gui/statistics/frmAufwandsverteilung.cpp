@@ -7,7 +7,7 @@
 #include "zol/print/PrinterF.h"
 #include "zol/statistics/StatisticsExport.h"
 #include <QApplication>
-#include <QBarCategoryAxis>
+#include <QCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
 #include <QChart>
@@ -99,10 +99,14 @@ void frmAufwandsverteilung::showChart(const QString &gewerk, const Aufwandsverte
     chart->setTitle(tr("Aufwandsverteilung %1 für Gewerk %2: %3 h")
                         .arg(ui->txtJahr->text(), gewerk, mask000(v.summe / 60)));
     chart->legend()->hide();
-    auto *x = new QBarCategoryAxis;
-    x->append(weeks);
+    // Bars stand at 0..51; every fourth week is named, so that the names stay readable.
+    auto *x = new QCategoryAxis;
+    x->setRange(-0.5, 51.5);
+    x->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+    for (int w = 1; w <= 52; w += 4)
+        x->append(weeks.at(w - 1), w - 1);
+    x->append(weeks.at(51), 51);
     x->setTitleText(tr("Woche"));
-    x->setLabelsAngle(-90);
     auto *y = new QValueAxis;
     y->setRange(0, max > 0 ? max * 1.05 : 1);
     y->setTitleText(tr("Stunden"));
