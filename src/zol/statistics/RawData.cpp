@@ -2,6 +2,7 @@
 #include "StatisticsExport.h"
 #include "zol/core/Fault.h"
 #include "zol/core/Schema.h"
+#include "zol/core/SortOnDisk.h"
 #include "zol/core/Sql.h"
 #include "zol/exchange/XlsxWriter.h"
 #include <QLocale>
@@ -62,6 +63,8 @@ RohdatenErgebnis rohdatenSchreiben(const QSqlDatabase &db, const QString &jahr, 
         const int i = def.fieldIndex(f);
         numeric.push_back(i >= 0 && def.fields.at(i).type != FieldType::Text);
     }
+    // A posted year is ordered by component, which no index of the table serves.
+    const SortOnDisk sortOnDisk(db);
     QSqlQuery q = exec(db, QStringLiteral("SELECT %1 FROM %2 WHERE Woche >= ? AND Woche <= ?"
                                           " ORDER BY TeIndex, Jahr, Woche, Objekt, Anweisung")
                                .arg(cols.join(QLatin1Char(',')), ident(table)),
