@@ -236,4 +236,21 @@ void focusField(QLineEdit *edit)
     edit->selectAll();
 }
 
+bool checkPeriod(QLineEdit *jahr, QLineEdit *von, QLineEdit *bis, const QString &rangeMessage,
+                 const QString &orderMessage)
+{
+    QString j = jahr->text(), v = von->text(), b = bis->text();
+    PeriodCheck check = checkWeeks(v, b, rangeMessage, orderMessage);
+    von->setText(v);
+    bis->setText(b);
+    if (check.ok())
+        check = checkJahr(j);
+    jahr->setText(j);
+    if (check.ok())
+        return true;
+    ZeigeMeldung(check.message, Style::Exclamation);
+    focusField(check.field == PeriodField::Jahr ? jahr : check.field == PeriodField::WocheVon ? von : bis);
+    return false;
+}
+
 }

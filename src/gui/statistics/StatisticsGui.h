@@ -49,5 +49,10 @@ zol::Progress pump(QProgressBar *bar);
 void digitsOnly(QLineEdit *edit);
 // Puts the focus on a refused field with its text selected.
 void focusField(QLineEdit *edit);
+// The period of one year: the weeks (range, then order as text) and the
+// year, each rewritten with its mask; a refusal is shown and its field gets
+// the focus. True when the period stands.
+bool checkPeriod(QLineEdit *jahr, QLineEdit *von, QLineEdit *bis, const QString &rangeMessage,
+                 const QString &orderMessage);
 
 }

@@ -37,19 +37,9 @@ void frmRohdatenexport::zeig()
 
 void frmRohdatenexport::Exportieren()
 {
-    QString von = ui->txtWocheVon->text(), bis = ui->txtWocheBis->text(), jahr = ui->txtJahr->text();
-    PeriodCheck check = checkWeeks(von, bis, MsgNurWochenSind, MsgBisNichtKleiner);
-    ui->txtWocheVon->setText(von);
-    ui->txtWocheBis->setText(bis);
-    if (check.ok())
-        check = checkJahr(jahr);
-    ui->txtJahr->setText(jahr);
-    if (!check.ok()) {
-        ZeigeMeldung(check.message, Style::Exclamation);
-        focusField(check.field == PeriodField::Jahr ? ui->txtJahr
-                   : check.field == PeriodField::WocheVon ? ui->txtWocheVon : ui->txtWocheBis);
+    if (!checkPeriod(ui->txtJahr, ui->txtWocheVon, ui->txtWocheBis, MsgNurWochenSind, MsgBisNichtKleiner))
         return;
-    }
+    const QString jahr = ui->txtJahr->text(), von = ui->txtWocheVon->text(), bis = ui->txtWocheBis->text();
     const qint64 n = rohdatenAnzahl(m_session.db(), jahr, von, bis);
     if (n < 0) {
         ZeigeMeldung(MsgKeineVerbuchten, Style::Exclamation);

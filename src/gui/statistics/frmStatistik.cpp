@@ -94,19 +94,9 @@ void frmStatistik::toggleView(QAction *action)
 
 void frmStatistik::Auswerten()
 {
-    QString jahr = ui->txtJahr->text(), von = ui->txtWocheVon->text(), bis = ui->txtWocheBis->text();
-    PeriodCheck check = checkWeeks(von, bis, MsgNurWochen, MsgBisMussGroesser);
-    ui->txtWocheVon->setText(von);
-    ui->txtWocheBis->setText(bis);
-    if (check.ok())
-        check = checkJahr(jahr);
-    ui->txtJahr->setText(jahr);
-    if (!check.ok()) {
-        ZeigeMeldung(check.message, Style::Exclamation);
-        focusField(check.field == PeriodField::Jahr ? ui->txtJahr
-                   : check.field == PeriodField::WocheVon ? ui->txtWocheVon : ui->txtWocheBis);
+    if (!checkPeriod(ui->txtJahr, ui->txtWocheVon, ui->txtWocheBis, MsgNurWochen, MsgBisMussGroesser))
         return;
-    }
+    const QString jahr = ui->txtJahr->text(), von = ui->txtWocheVon->text(), bis = ui->txtWocheBis->text();
     QApplication::setOverrideCursor(Qt::WaitCursor);
     ui->ProgressBar->setVisible(true);
     try {

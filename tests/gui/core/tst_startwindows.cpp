@@ -80,7 +80,7 @@ private Q_SLOTS:
 
         // A command whose window comes later says so; the view follows menu and tool button alike.
         ScriptedPresenter messages;
-        w.findChild<QAction *>("mnuStatistikenPlan")->trigger();
+        w.findChild<QAction *>("mnuAuftragstabelle")->trigger();
         QCOMPARE(messages.texts(), QStringList{"Diese Funktion ist noch nicht verfügbar"});
         QCOMPARE(messages.lastStyle(), int(Style::Information));
         w.findChild<QAction *>("AnsichtSuch")->trigger();

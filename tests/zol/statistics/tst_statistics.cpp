@@ -18,13 +18,6 @@ using namespace zol;
 
 namespace {
 
-QString unzipped(const QString &xlsx, const QString &member)
-{
-    QProcess p;
-    p.start(QStringLiteral("unzip"), {QStringLiteral("-p"), xlsx, member});
-    p.waitForFinished();
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
 
 // A small plant: installation 0000000001 under the top node with the
 // components 0000000002 (Pumpe) and 0000000003 (Motor), an empty
@@ -365,8 +358,8 @@ private Q_SLOTS:
         QCOMPARE(e.zeilen, 3);
         QCOMPARE(e.blaetter, 1);
         QVERIFY(rohdatenBlaetterText(e).isEmpty());
-        QVERIFY(unzipped(path, QStringLiteral("xl/workbook.xml")).contains(QStringLiteral("name=\"Rohdaten\"")));
-        const QString sheet = unzipped(path, QStringLiteral("xl/worksheets/sheet1.xml"));
+        QVERIFY(zoltest::zipMember(path, QStringLiteral("xl/workbook.xml")).contains(QStringLiteral("name=\"Rohdaten\"")));
+        const QString sheet = zoltest::zipMember(path, QStringLiteral("xl/worksheets/sheet1.xml"));
         QVERIFY(sheet.contains(QStringLiteral("Interne_Komponenten-Nr")));
         QVERIFY(!sheet.contains(QStringLiteral("<row r=\"2\"")));
         // Row 3: the first row by component and instruction, its time a number.
@@ -385,11 +378,11 @@ private Q_SLOTS:
         QCOMPARE(e.zeilen, 4);
         QCOMPARE(e.blaetter, 4);
         QVERIFY(rohdatenBlaetterText(e).contains(QStringLiteral("4 Blättern")));
-        QVERIFY(unzipped(more, QStringLiteral("xl/workbook.xml")).contains(QStringLiteral("name=\"Rohdaten (4)\"")));
+        QVERIFY(zoltest::zipMember(more, QStringLiteral("xl/workbook.xml")).contains(QStringLiteral("name=\"Rohdaten (4)\"")));
         const QString without = dir.filePath(QStringLiteral("ohne.xlsx"));
         e = rohdatenSchreiben(db, "2026", "01", "52", without, false, {}, 3);
         QCOMPARE(e.blaetter, 2);
-        QVERIFY(!unzipped(without, QStringLiteral("xl/worksheets/sheet1.xml")).contains(QStringLiteral("Gewerk")));
+        QVERIFY(!zoltest::zipMember(without, QStringLiteral("xl/worksheets/sheet1.xml")).contains(QStringLiteral("Gewerk")));
     }
 
     void tableExports()
@@ -410,7 +403,7 @@ private Q_SLOTS:
 
         const QString xlsx = dir.filePath(QStringLiteral("stat.xlsx"));
         exportArbeitsmappe(xlsx, QStringLiteral("Statistik"), {"Benennung", "C", "D/A"}, false, rows);
-        const QString sheet = unzipped(xlsx, QStringLiteral("xl/worksheets/sheet1.xml"));
+        const QString sheet = zoltest::zipMember(xlsx, QStringLiteral("xl/worksheets/sheet1.xml"));
         QVERIFY(sheet.contains(QStringLiteral("<c r=\"B1\"><v>1.5</v>")));
         QVERIFY(sheet.contains(QStringLiteral("<c r=\"A1\" t=\"inlineStr\"><is><t>Pumpe</t>")));
         QVERIFY(sheet.contains(QStringLiteral("<c r=\"C1\" t=\"inlineStr\"><is><t>-</t>")));
