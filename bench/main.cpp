@@ -8,6 +8,7 @@
 #include "PlanningBench.h"
 #include "PlantGenerator.h"
 #include "RepairBench.h"
+#include "StatisticsBench.h"
 #include "zol/core/Database.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Session.h"
@@ -34,6 +35,8 @@ int main(int argc, char **argv)
             return zolbench::runExchangeBench(argc, argv);
         if (qstrcmp(argv[i], "--repairs") == 0)
             return zolbench::runRepairBench(argc, argv);
+        if (qstrcmp(argv[i], "--statistics") == 0)
+            return zolbench::runStatisticsBench(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

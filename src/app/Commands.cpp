@@ -13,6 +13,7 @@
 #include "zol/planning/JobSheetCommand.h"
 #include "zol/planning/PlanCommand.h"
 #include "zol/repair/RepairPrints.h"
+#include "zol/statistics/ExportCommand.h"
 #include <memory>
 #include <QCommandLineParser>
 #include <QDate>
@@ -51,6 +52,10 @@ const QList<Command> &commandTable()
          &cmdImport},
         {QStringLiteral("migrate"),
          QStringLiteral("migrate ALT.mdb   eine alte Datendatei ganz übernehmen (nur ohne ZOL.db)"), &cmdMigrate},
+        {QStringLiteral("export"),
+         QStringLiteral("export rohdaten|geplant|rueckgemeldet ... --xlsx DATEI   Statistik als Arbeitsmappe"
+                        " (zol export ohne weitere Angaben nennt die Formen)"),
+         &cmdExport},
     };
     return table;
 }
@@ -247,10 +252,20 @@ static int exchangeCommand(CommandContext &ctx, bool (*parse)(const QStringList 
     return run(startup.session(), rest);
 }
 
+// export components ... is the exchange of the tree; every other form of
+// export writes statistics.
 int cmdExport(CommandContext &ctx)
 {
-    return exchangeCommand(ctx, [](const QStringList &a) { return zol::parseExportArgs(a).has_value(); },
-                           &zol::exportComponentsCommand);
+    if (!ctx.args.isEmpty() && ctx.args.first() == QLatin1String("components"))
+        return exchangeCommand(ctx, [](const QStringList &a) { return zol::parseExportArgs(a).has_value(); },
+                               &zol::exportComponentsCommand);
+    if (!zol::exportStatisticsArgsValid(ctx.args))
+        return Exit::Usage;
+    zol::Startup startup(ctx.dataDir);
+    const int opened = openBatchSession(startup, ctx);
+    if (opened != Exit::Done)
+        return opened;
+    return zol::exportStatisticsCommand(startup.session(), ctx.args, ctx.yes);
 }
 
 int cmdImport(CommandContext &ctx)

@@ -160,6 +160,8 @@ QString takeScreenshots(const QString &outDir)
         zol::PlanningRun(session).run(QStringLiteral("2026"), QStringLiteral("48"));
     }
     camera.shoot("mnuAufträgeRückmeldungen", QStringLiteral("rueckmeldung"), [](QWidget *w) { w->resize(1100, 640); });
+    camera.shoot("mnuAufträgeISAuftragBearbeiten", QStringLiteral("erfassung"));
+    camera.shoot("mnuAuftragstabelle", QStringLiteral("isauftraege"), [](QWidget *w) { w->resize(1100, 560); });
 
     // A component with its instruction lines, selected in the list.
     QSqlQuery q(db);

@@ -50,6 +50,10 @@ struct RecordingPreview : zol::PreviewPresenter {
     int calls = 0;
 };
 
+// One member of a zip file (an .xlsx workbook) as text, as `unzip -p` gives it;
+// empty when it can't be read.
+QString zipMember(const QString &zipFile, const QString &member);
+
 // The bytes of a file; empty when it can't be read.
 QByteArray fileBytes(const QString &path);
 

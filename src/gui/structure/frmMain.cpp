@@ -20,6 +20,12 @@
 #include "gui/planning/frmAuftragsplanung.h"
 #include "gui/repair/frmErfassungAllgemein.h"
 #include "gui/repair/frmISAuftraege.h"
+#include "gui/statistics/frmAufwandsverteilung.h"
+#include "gui/statistics/frmRohdatenexport.h"
+#include "gui/statistics/frmStatistik.h"
+#include "gui/statistics/frmStatistikGeplant.h"
+#include "gui/statistics/frmStatistikRueckgemeldet.h"
+#include "zol/statistics/StatisticsInput.h"
 #include "ui_frmMain.h"
 #include "zol/core/Messages.h"
 #include "zol/core/Options.h"
@@ -272,12 +278,12 @@ void frmMain::buildMenus()
           {"mnuKatalogOption1", "Lauf&weg", Run::Catalog, 9},
           {"mnuKatalogOption2", "&Option", Run::Catalog, 10}}},
         {"mnuStatistik", "&Statistiken",
-         {{"mnuStatistikenPlan", "&Geplanter Aufwand", N},
-          {"mnuStatistikGemeldet", "&Zurückgemeldeter Aufwand", N},
-          {"mnuStatistikAufwandsverteilung", "&Aufwandsverteilung je Gewerk", N},
-          {"mnuStatistikAusgewählt", "&Statistik für ausgewählte Einträge", N},
+         {{"mnuStatistikenPlan", "&Geplanter Aufwand", Run::Statistics, 0},
+          {"mnuStatistikGemeldet", "&Zurückgemeldeter Aufwand", Run::Statistics, 1},
+          {"mnuStatistikAufwandsverteilung", "&Aufwandsverteilung je Gewerk", Run::Statistics, 2},
+          {"mnuStatistikAusgewählt", "&Statistik für ausgewählte Einträge", Run::Statistics, 3},
           {"", "", N},
-          {"mnuRohdatenExport", "&Export Rohdaten eines Jahres", N}}},
+          {"mnuRohdatenExport", "&Export Rohdaten eines Jahres", Run::Statistics, 4}}},
         {"mnuView", "&Ansicht",
          {{"mnuViewToolbar", "&Symbolleiste", Run::ToggleToolbar},
           {"mnuViewStatusBar", "S&tatusleiste", Run::ToggleStatusBar},
@@ -609,6 +615,9 @@ void frmMain::perform(Run run, int arg)
     case Run::Catalog:
         openCatalog(arg);
         break;
+    case Run::Statistics:
+        openStatistics(arg);
+        break;
     }
 }
 
@@ -632,6 +641,59 @@ void frmMain::openPlanning()
     m_planning->show();
     m_planning->raise();
     m_planning->activateWindow();
+}
+
+void frmMain::openStatistics(int which)
+{
+    // One window of each statistic at a time; the selection is read at each run.
+    if (!m_statistics[which]) {
+        const frmStatistik::Entries entries = [this] {
+            const zol::ExplorerSelection sel = selection();
+            return zol::selectedEntries(m_session.db(), sel.listHasFocus, sel.listSelected, sel.treeKey);
+        };
+        // The window becomes a window of its own before it shows and takes the focus.
+        const auto prepare = [this, which](QWidget *w) {
+            w->setWindowFlag(Qt::Window);
+            w->setAttribute(Qt::WA_DeleteOnClose);
+            m_statistics[which] = w;
+        };
+        switch (which) {
+        case 0: {
+            auto *g = new frmStatistikGeplant(m_session, entries, this);
+            prepare(g);
+            g->zeig();
+            break;
+        }
+        case 1: {
+            auto *r = new frmStatistikRueckgemeldet(m_session, entries, this);
+            prepare(r);
+            r->zeig();
+            break;
+        }
+        case 2: {
+            auto *a = new frmAufwandsverteilung(m_session, this);
+            a->setKatalogPicker([this](const QString &table) { return pickFromCatalog(table); });
+            prepare(a);
+            a->zeig();
+            break;
+        }
+        case 3: {
+            auto *s = new frmStatistik(m_session, entries, this);
+            prepare(s);
+            s->zeig();
+            break;
+        }
+        default: {
+            auto *r = new frmRohdatenexport(m_session, this);
+            prepare(r);
+            r->zeig();
+            break;
+        }
+        }
+    }
+    m_statistics[which]->show();
+    m_statistics[which]->raise();
+    m_statistics[which]->activateWindow();
 }
 
 void frmMain::openFeedback()

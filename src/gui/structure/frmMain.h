@@ -57,7 +57,7 @@ private:
         Planning, Options, Users, Password, NewFile, NewFolder, Delete, Rename, Properties, Cut, Copy, Paste,
         Open, GoToStructure, ISAuftrag, SelectAll, Invert, Picture, Catalog, MaintenanceFree,
         PrintSelected, PrintStructure, Feedback,
-        Export, Import, RepairCapture, RepairOverview
+        Export, Import, RepairCapture, RepairOverview, Statistics
     };
     struct Entry {
         const char *name;    // objectName; empty for a separator
@@ -77,6 +77,8 @@ private:
     void applyUserMenus(bool userMenu, bool passwordMenu);
     void openPlanning();
     void openFeedback();
+    // 0 planned effort, 1 reported effort, 2 effort per trade, 3 selected entries, 4 raw data.
+    void openStatistics(int which);
     void openOptions();
     // What the protocol grid of a component shows; opened from the list.
     void openProtocol(const QString &fileIndex);
@@ -139,4 +141,5 @@ private:
     QPointer<QWidget> m_planning;
     QPointer<QWidget> m_feedback;
     QPointer<QWidget> m_repairs;
+    QPointer<QWidget> m_statistics[5];
 };

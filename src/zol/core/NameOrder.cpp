@@ -54,4 +54,9 @@ QString nameOrder(const QString &column)
     return column + QStringLiteral(" COLLATE ZOLNAME");
 }
 
+QString caselessOrder(const QString &column)
+{
+    return column + QStringLiteral(" COLLATE NOCASE");
+}
+
 }

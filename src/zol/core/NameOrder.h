@@ -11,6 +11,10 @@ namespace zol {
 bool registerNameCollation(const QSqlDatabase &db);
 // The ORDER BY term for a name column, e.g. "Text COLLATE ZOLNAME".
 QString nameOrder(const QString &column);
+// The ORDER BY term that keeps values equal but for case next to each other,
+// at the database's own speed (letters A to Z), for a control break over
+// large tables, e.g. "Ausfuehrender COLLATE NOCASE".
+QString caselessOrder(const QString &column);
 // The comparison itself: negative, zero or positive as a sorts before, with or after b.
 int compareNames(const QString &a, const QString &b);
 

@@ -60,14 +60,15 @@ void XlsxWriter::writeText(int row, int column, const QString &text)
     if (text.isEmpty())
         return;
     const QByteArray utf8 = text.toUtf8();
-    check(worksheet_write_string(m_book->sheet, lxw_row_t(row), lxw_col_t(column), utf8.constData(), nullptr),
-          QStringLiteral("Zeile %1, Spalte %2").arg(row + 1).arg(column + 1));
+    // The place of a fault is named only when there is one: a sheet of a million rows writes cells at speed.
+    if (const lxw_error e = worksheet_write_string(m_book->sheet, lxw_row_t(row), lxw_col_t(column), utf8.constData(), nullptr))
+        check(e, QStringLiteral("Zeile %1, Spalte %2").arg(row + 1).arg(column + 1));
 }
 
 void XlsxWriter::writeNumber(int row, int column, double value)
 {
-    check(worksheet_write_number(m_book->sheet, lxw_row_t(row), lxw_col_t(column), value, nullptr),
-          QStringLiteral("Zeile %1, Spalte %2").arg(row + 1).arg(column + 1));
+    if (const lxw_error e = worksheet_write_number(m_book->sheet, lxw_row_t(row), lxw_col_t(column), value, nullptr))
+        check(e, QStringLiteral("Zeile %1, Spalte %2").arg(row + 1).arg(column + 1));
 }
 
 void XlsxWriter::finish()

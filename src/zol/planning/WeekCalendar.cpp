@@ -80,9 +80,9 @@ Bezug Bezug::of(const QString &bezugsjahr, const QString &bezugsWoche)
 IntervalLookup IntervalLookup::load(const QSqlDatabase &db)
 {
     IntervalLookup l;
-    QSqlQuery q = exec(db, QStringLiteral("SELECT Intervall, Typ, Abstand FROM Intervalle"));
+    QSqlQuery q = exec(db, QStringLiteral("SELECT Intervall, Typ, Abstand, \"HÄufigkeit\" FROM Intervalle"));
     while (q.next())
-        l.addInterval(q.value(0).toString(), q.value(1).toString(), q.value(2).toDouble());
+        l.addInterval(q.value(0).toString(), q.value(1).toString(), q.value(2).toDouble(), q.value(3).toDouble());
 
     QString cols = QStringLiteral("Intervall, BezugsWoche");
     for (int w = 1; w <= 52; ++w)
@@ -97,10 +97,10 @@ IntervalLookup IntervalLookup::load(const QSqlDatabase &db)
     return l;
 }
 
-void IntervalLookup::addInterval(const QString &code, const QString &typ, double abstand)
+void IntervalLookup::addInterval(const QString &code, const QString &typ, double abstand, double haeufigkeit)
 {
     // Rounded to a whole number half to even, as the interval arithmetic always did.
-    m_intervals.insert(code.toUpper(), {typ, static_cast<long long>(std::nearbyint(abstand))});
+    m_intervals.insert(code.toUpper(), {typ, static_cast<long long>(std::nearbyint(abstand)), haeufigkeit});
 }
 
 void IntervalLookup::addIva(const QString &code, const QString &bezugsWoche, const Weeks &dueWeeks)
@@ -142,7 +142,13 @@ Due isDue(const IntervalLookup &lookup, const QString &code, const IntervalLooku
     const long long d = wochenIndex(jahr, woche) - wochenIndex(*bezug.jahr, *bezug.woche);
     if (d < 0)
         return Due::No;   // nothing is planned before the reference week, whatever IVA says
-    if (const IntervalLookup::Weeks *weeks = lookup.iva(code, bezug.wocheText))
+    return dueByInterval(lookup, code, interval, woche, d, bezug.wocheText);
+}
+
+Due dueByInterval(const IntervalLookup &lookup, const QString &code, const IntervalLookup::Interval &interval,
+                  int woche, long long d, const QString &bezugsWocheText)
+{
+    if (const IntervalLookup::Weeks *weeks = lookup.iva(code, bezugsWocheText))
         return (*weeks)[woche - 1] ? Due::Yes : Due::No;
     if (interval.abstand == 0)
         return Due::FaultAbstand;

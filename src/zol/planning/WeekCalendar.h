@@ -48,12 +48,13 @@ public:
     struct Interval {
         QString typ;
         long long abstand = 0;   // rounded to a whole number
+        double haeufigkeit = 0;  // times a year (HÄufigkeit)
     };
     using Weeks = std::array<bool, 52>;   // W01..W52: due in that week
 
     static IntervalLookup load(const QSqlDatabase &db);
 
-    void addInterval(const QString &code, const QString &typ, double abstand);
+    void addInterval(const QString &code, const QString &typ, double abstand, double haeufigkeit = 0);
     void addIva(const QString &code, const QString &bezugsWoche, const Weeks &dueWeeks);
 
     const Interval *interval(const QString &code) const;
@@ -81,8 +82,17 @@ enum class Due { No, Yes, FaultBezugsjahr, FaultBezugsWoche, FaultAbstand };
 
 // Is an instruction with the interval `code` (found in the lookup as
 // `interval`) due in year `jahr`, week `woche` (0 = the short-term orders)?
+// A week before the reference week is never due.
 Due isDue(const IntervalLookup &lookup, const QString &code, const IntervalLookup::Interval &interval,
           int jahr, int woche, const Bezug &bezug);
+
+// The interval rule of a long-term instruction in week `woche` (1..52), `d`
+// weeks after its reference week (d may be negative: the planned effort of
+// the statistics counts weeks before the reference too): the IVA row of the
+// code and reference week alone decides if there is one, else d must be a
+// multiple of the distance. Yes, No, or FaultAbstand for a distance of 0.
+Due dueByInterval(const IntervalLookup &lookup, const QString &code, const IntervalLookup::Interval &interval,
+                  int woche, long long d, const QString &bezugsWocheText);
 
 // A stored whole number ("2015", "07"); nothing for empty or non-numeric text.
 std::optional<int> wholeNumber(const QString &text);
