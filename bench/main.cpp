@@ -23,20 +23,20 @@ using zolbench::peakRssMb;
 
 int main(int argc, char **argv)
 {
-    // The explorer figures need the windows; they run on their own.
-    for (int i = 1; i < argc; ++i)
-        if (qstrcmp(argv[i], "--explorer") == 0)
-            return zolbench::runExplorerBench(argc, argv);
-    for (int i = 1; i < argc; ++i)
-        if (qstrcmp(argv[i], "--feedback") == 0)
-            return zolbench::runFeedbackBench(argc, argv);
-    for (int i = 1; i < argc; ++i)
-        if (qstrcmp(argv[i], "--exchange") == 0)
-            return zolbench::runExchangeBench(argc, argv);
-        if (qstrcmp(argv[i], "--repairs") == 0)
-            return zolbench::runRepairBench(argc, argv);
-        if (qstrcmp(argv[i], "--statistics") == 0)
-            return zolbench::runStatisticsBench(argc, argv);
+    // The explorer figures need the windows; they and the subsystem benches
+    // run on their own, chosen by their flag.
+    const struct {
+        const char *flag;
+        int (*run)(int, char **);
+    } ownBenches[] = {
+        {"--explorer", zolbench::runExplorerBench},   {"--feedback", zolbench::runFeedbackBench},
+        {"--exchange", zolbench::runExchangeBench},   {"--repairs", zolbench::runRepairBench},
+        {"--statistics", zolbench::runStatisticsBench},
+    };
+    for (const auto &bench : ownBenches)
+        for (int i = 1; i < argc; ++i)
+            if (qstrcmp(argv[i], bench.flag) == 0)
+                return bench.run(argc, argv);
     // The job sheets lay out text with fonts: a GUI application, on no screen unless there is one.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

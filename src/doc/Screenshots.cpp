@@ -10,6 +10,9 @@
 #include "zol/structure/DemoPlant.h"
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
@@ -162,6 +165,18 @@ QString takeScreenshots(const QString &outDir)
     camera.shoot("mnuAufträgeRückmeldungen", QStringLiteral("rueckmeldung"), [](QWidget *w) { w->resize(1100, 640); });
     camera.shoot("mnuAufträgeISAuftragBearbeiten", QStringLiteral("erfassung"));
     camera.shoot("mnuAuftragstabelle", QStringLiteral("isauftraege"), [](QWidget *w) { w->resize(1100, 560); });
+    camera.shoot("mnuStatistikenPlan", QStringLiteral("geplant"));
+    // The planned load of every trade over the year, as a chart.
+    camera.shoot("mnuStatistikAufwandsverteilung", QStringLiteral("aufwandsverteilung"), [](QWidget *w) {
+        w->resize(1000, 600);
+        if (auto *trade = w->findChild<QComboBox *>(QStringLiteral("dbcAusführender")))
+            trade->setEditText(QStringLiteral("*"));
+        if (auto *year = w->findChild<QLineEdit *>(QStringLiteral("txtJahr")))
+            year->setText(QStringLiteral("2026"));
+        if (auto *show = w->findChild<QPushButton *>(QStringLiteral("cmdAnzeigen")))
+            show->click();
+        settle();
+    });
 
     // A component with its instruction lines, selected in the list.
     QSqlQuery q(db);
